@@ -1,0 +1,18 @@
+#include "app/qml_modules.h"
+
+#include <QQmlEngine>
+#include <QtQml/qqmlextensionplugin.h>
+
+// The QML modules are static libraries; importing their plugins here keeps the
+// linker from dropping their type registrations.
+Q_IMPORT_QML_PLUGIN(Ledgewise_SurfacesPlugin)
+Q_IMPORT_QML_PLUGIN(Ledgewise_ModulesPlugin)
+
+namespace ledgewise {
+
+void addLedgewiseQmlModules(QQmlEngine &engine)
+{
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+} // namespace ledgewise

@@ -1,0 +1,10 @@
+#pragma once
+
+class QQmlEngine;
+
+namespace ledgewise {
+
+// Makes the project's QML modules (linked in statically) importable by an engine.
+void addLedgewiseQmlModules(QQmlEngine &engine);
+
+} // namespace ledgewise

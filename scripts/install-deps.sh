@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Installs every Debian package that building, running and testing Ledgewise need.
+# Does nothing (and needs no network or root) when they are all present already.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  cmake ninja-build g++ pkg-config clang libclang-rt-14-dev
+  # Qt 6 and the QML modules the views import
+  qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools
+  qt6-svg-dev qt6-qpa-plugins libqt6svg6
+  qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-window
+  qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-layouts
+  qml6-module-qtquick-shapes qml6-module-qttest
+  # X11 through xcb
+  libxcb1-dev libxcb-keysyms1-dev libxcb-xinput-dev libxcb-shape0-dev libx11-dev
+  libxkbcommon-dev libxkbcommon-x11-dev
+  # virtual display, desktop services and the tools tests drive them with
+  xvfb xauth xdotool xclip x11-utils dbus dbus-x11 at-spi2-core fonts-dejavu-core
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${db:Status-Status}' "$p" 2>/dev/null || true)
+  [ "$status" = installed ] || missing+=("$p")
+done
+
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+sudo=()
+[ "$(id -u)" -eq 0 ] || sudo=(sudo)
+export DEBIAN_FRONTEND=noninteractive
+"${sudo[@]}" apt-get update -qq
+"${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Runs one test in a sandbox of its own: a fresh HOME with its XDG folders, a private
+# session D-Bus, and with --display a private Xvfb server (found with -displayfd, so
+# parallel tests never race for a display number).
+# Usage: isolated.sh --display|--no-display COMMAND [ARGS...]
+set -euo pipefail
+mode=$1; shift
+
+sandbox=$(mktemp -d "${TMPDIR:-/tmp}/ledgewise-test.XXXXXX")
+xvfb_pid=
+cleanup() {
+  [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null && wait "$xvfb_pid" 2>/dev/null
+  rm -rf "$sandbox"
+}
+trap cleanup EXIT
+
+export HOME=$sandbox/home
+export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share XDG_CACHE_HOME=$HOME/.cache
+export XDG_RUNTIME_DIR=$sandbox/runtime
+mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$HOME/Downloads"
+mkdir -m 0700 -p "$XDG_RUNTIME_DIR"
+export LEDGEWISE_TEST_SANDBOX=$sandbox
+unset WAYLAND_DISPLAY
+
+if [ "$mode" = --display ]; then
+  Xvfb -displayfd 3 -screen 0 1512x982x24 -nolisten tcp -noreset 3>"$sandbox/display" >"$sandbox/xvfb.log" 2>&1 &
+  xvfb_pid=$!
+  for _ in $(seq 400); do
+    number=$(head -n1 "$sandbox/display" 2>/dev/null || true)
+    [ -n "$number" ] && break
+    kill -0 "$xvfb_pid" 2>/dev/null || break
+    sleep 0.05
+  done
+  [ -n "$number" ] || { echo "Xvfb did not start:"; cat "$sandbox/xvfb.log"; exit 1; }
+  export DISPLAY=:$number
+  export QT_QPA_PLATFORM=xcb
+else
+  unset DISPLAY
+  export QT_QPA_PLATFORM=offscreen
+fi
+
+dbus-run-session -- "$@"
