@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QStringList>
+
+class QMimeData;
+
+namespace ledgewise {
+
+// The system clipboard as the stores see it: typed reads and writes, and a change
+// counter that moves on every change, whoever made it. Where the window system
+// announces changes, `changed` is emitted right after the counter moves, so a reader
+// never has to poll; `announcesChanges()` says whether that is the case here.
+class Pasteboard : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+    ~Pasteboard() override = default;
+
+    virtual qint64 changeCount() const = 0;
+    virtual bool announcesChanges() const = 0;
+
+    // The MIME types offered now, in the owner's order of preference.
+    virtual QStringList types() const = 0;
+    // The bytes of one type, empty when it is not offered.
+    virtual QByteArray data(const QString &mimeType) const = 0;
+
+    // Empties the clipboard (counts as a change).
+    virtual void clearContents() = 0;
+    // Replaces the contents with every format of `contents` (counts as a change).
+    // Takes ownership.
+    virtual void setContents(QMimeData *contents) = 0;
+
+signals:
+    void changed();
+};
+
+} // namespace ledgewise
