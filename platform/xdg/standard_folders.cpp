@@ -1,0 +1,24 @@
+#include "platform/xdg/standard_folders.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace ledgewise::StandardFolders {
+
+QString downloads()
+{
+    const QString location = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    if (!location.isEmpty() && location != QDir::homePath())
+        return location;
+    return QDir::home().filePath(QStringLiteral("Downloads"));
+}
+
+QString applicationData()
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (!base.isEmpty())
+        return QDir(base).filePath(QStringLiteral("Ledgewise"));
+    return QDir(QDir::tempPath()).filePath(QStringLiteral("Ledgewise"));
+}
+
+} // namespace ledgewise::StandardFolders
