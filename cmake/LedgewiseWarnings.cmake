@@ -19,3 +19,9 @@ function(ledgewise_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC ledgewise_options ${ARG_LIBS})
 endfunction()
+if(LEDGEWISE_FUZZ)
+  # Instrument the project's code for coverage-guided fuzzing; the fuzz targets link
+  # the libFuzzer driver themselves.
+  target_compile_options(ledgewise_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer)
+  target_link_options(ledgewise_options INTERFACE -fsanitize=address,undefined)
+endif()

@@ -44,7 +44,7 @@ if [ "$quick" = false ]; then
 
   echo "== fuzzers (${fuzz_seconds}s each)"
   cmake --preset fuzz >/dev/null
-  cmake --build --preset fuzz
+  cmake --build --preset fuzz --target ledgewise_fuzzers
   for fuzzer in build/fuzz/fuzz/fuzz_*; do
     [ -x "$fuzzer" ] || continue
     corpus=$(mktemp -d)
