@@ -1,7 +1,70 @@
+#include "app/app_model.h"
+#include "app/command_line.h"
+#include "app/unix_signal_quit.h"
+#include "platform/dbus/application_service.h"
+
+#include <QCoreApplication>
 #include <QGuiApplication>
+
+#include <cstdio>
+
+using namespace ledgewise;
+
+namespace {
+
+QStringList argumentsOf(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+// `ledgewise --quit` needs no display, only the bus.
+int quitRunningInstance(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    if (!ApplicationService::callRunningInstance(QStringLiteral("Quit"))) {
+        std::fputs("Ledgewise is not running.\n", stderr);
+        return 1;
+    }
+    return 0;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
+    // Help, version and the quit command work without a display.
+    const CommandLine command = parseCommandLine(argumentsOf(argc, argv));
+    if (command.action == CommandLine::Action::PrintAndExit) {
+        std::fputs(command.output.toLocal8Bit().constData(), command.exitCode == 0 ? stdout : stderr);
+        return command.exitCode;
+    }
+    if (command.action == CommandLine::Action::Quit)
+        return quitRunningInstance(argc, argv);
+
     QGuiApplication app(argc, argv);
-    return 0;
+    QGuiApplication::setApplicationName(QStringLiteral("Ledgewise"));
+    QGuiApplication::setOrganizationName(QStringLiteral("Ledgewise"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(LEDGEWISE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("ledgewise"));
+    // Closing the settings or onboarding window never ends Ledgewise; only the quit
+    // command or a signal does.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    ApplicationService service;
+    if (!service.registerOnSessionBus() && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
+        std::fputs("Ledgewise is already running.\n", stdout);
+        return 0;
+    }
+
+    UnixSignalQuit signalQuit;
+    AppModel model;
+    QObject::connect(&service, &ApplicationService::quitRequested, &app, &QCoreApplication::quit);
+    QObject::connect(&service, &ApplicationService::reopenRequested, &model, &AppModel::reopen);
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &model, &AppModel::saveAll);
+
+    model.start();
+    return app.exec();
 }
