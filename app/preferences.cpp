@@ -83,6 +83,18 @@ QString title(NotchStyle style) { return QString::fromLatin1(caseOf(styleCases, 
 QString title(ModuleID id) { return QString::fromLatin1(caseOf(moduleCases, id).title); }
 QString systemImage(ModuleID id) { return QString::fromLatin1(caseOf(moduleCases, id).systemImage); }
 
+QList<ModuleID> Preferences::defaultLeftModuleIDs()
+{
+    QList<ModuleID> ids;
+    ids << ModuleID::clipboard << ModuleID::downloads << ModuleID::timer;
+    return ids;
+}
+
+QList<ModuleID> Preferences::defaultRightModuleIDs()
+{
+    return {ModuleID::launcher};
+}
+
 const Preferences &Preferences::defaults()
 {
     static const Preferences record;

@@ -69,12 +69,17 @@ struct Preferences {
     double opacity = 1.0;
     double spacing = 8.0;
     double animationSpeed = 1.0;
-    QList<ModuleID> leftModuleIDs{ModuleID::clipboard, ModuleID::downloads, ModuleID::timer};
-    QList<ModuleID> rightModuleIDs{ModuleID::launcher};
+    QList<ModuleID> leftModuleIDs = defaultLeftModuleIDs();
+    QList<ModuleID> rightModuleIDs = defaultRightModuleIDs();
     bool hasCompletedOnboarding = false;
     double offsetFromNotch = 8.0;
     double offsetFromEdge = 80.0;
     QList<LauncherItem> launcherItems;
+
+    // clipboard, downloads and timer on the left; the launcher on the right. The other
+    // catalogued modules are on no side until the user places them.
+    static QList<ModuleID> defaultLeftModuleIDs();
+    static QList<ModuleID> defaultRightModuleIDs();
 
     // The shared default record, built once on first use.
     static const Preferences &defaults();

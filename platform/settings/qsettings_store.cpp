@@ -3,7 +3,7 @@
 namespace ledgewise {
 
 QSettingsStore::QSettingsStore()
-    : m_settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Ledgewise"),
+    : m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Ledgewise"),
                  QStringLiteral("Ledgewise"))
 {
 }
