@@ -9,6 +9,9 @@ namespace ledgewise {
 class KeyValueStore;
 class PreferencesStore;
 class ModuleRegistry;
+namespace GlobalShortcuts {
+class Store;
+}
 
 // The application's shared state: it owns the settings store, the preferences, the
 // module catalogue (and, as they arrive, the data stores and the surfaces) for the life
@@ -26,6 +29,7 @@ public:
     PreferencesStore &prefs() const { return *m_prefs; }
     ModuleRegistry &modules() const { return *m_modules; }
     KeyValueStore &settings() const { return *m_settings; }
+    GlobalShortcuts::Store &shortcuts() const { return *m_shortcuts; }
 
     // Registers the global shortcuts and brings up the surfaces. Called once.
     void start();
@@ -37,9 +41,12 @@ public slots:
     void saveAll();
 
 private:
+    void registerShortcuts();
+
     std::unique_ptr<KeyValueStore> m_settings;
     std::unique_ptr<PreferencesStore> m_prefs;
     std::unique_ptr<ModuleRegistry> m_modules;
+    std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
     bool m_started = false;
 };
 

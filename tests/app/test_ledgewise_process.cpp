@@ -1,0 +1,179 @@
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+QString executable()
+{
+    return qEnvironmentVariable("LEDGEWISE_EXECUTABLE");
+}
+
+QString settingsFile()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
+        .filePath(QStringLiteral("Ledgewise/Ledgewise.conf"));
+}
+
+bool instanceRunning()
+{
+    return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.ledgewise.Ledgewise"));
+}
+
+// Runs ledgewise to completion with the given arguments.
+struct Finished {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+Finished run(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(executable(), arguments);
+    Finished result;
+    if (!process.waitForFinished(20000))
+        return result;
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+} // namespace
+
+class TestLedgewiseProcess : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY2(QFile::exists(executable()), qPrintable(executable())); }
+
+    void cleanup()
+    {
+        // Nothing may be left running for the next case.
+        if (m_app) {
+            m_app->kill();
+            m_app->waitForFinished();
+            m_app.reset();
+        }
+    }
+
+    void versionAndHelpNeedNoDisplay()
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("DISPLAY"));
+        process.setProcessEnvironment(environment);
+        process.start(executable(), {QStringLiteral("--version")});
+        QVERIFY(process.waitForFinished(10000));
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(process.readAllStandardOutput(), QByteArray("ledgewise " LEDGEWISE_VERSION "\n"));
+
+        const Finished help = run({QStringLiteral("--help")});
+        QCOMPARE(help.exitCode, 0);
+        QVERIFY(help.out.contains("--quit"));
+        QVERIFY(help.out.contains("LEDGEWISE_NOTCH"));
+    }
+
+    void unknownOptionFails()
+    {
+        const Finished result = run({QStringLiteral("--no-such-option")});
+        QCOMPARE(result.exitCode, 2);
+        QVERIFY(result.err.contains("ledgewise --help"));
+    }
+
+    void quitWithNothingRunningSaysSo()
+    {
+        const Finished result = run({QStringLiteral("--quit")});
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.err, QByteArray("Ledgewise is not running.\n"));
+    }
+
+    void startsLoadsAndQuitsOnTheQuitCommandWithEverythingSaved()
+    {
+        startApp();
+        QVERIFY(m_app->state() == QProcess::Running);
+
+        const Finished quit = run({QStringLiteral("--quit")});
+        QCOMPARE(quit.exitCode, 0);
+        QVERIFY(m_app->waitForFinished(10000));
+        QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app->exitCode(), 0);
+        QVERIFY(!instanceRunning());
+
+        // The two toggle shortcuts were created with their defaults; the preferences
+        // were only read, so nothing of them is written.
+        QSettings file(settingsFile(), QSettings::NativeFormat);
+        QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
+                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
+        QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleRight")).toString(),
+                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2560})"));
+        QVERIFY(!file.contains(QStringLiteral("ledgewise.preferences")));
+    }
+
+    void endsCleanlyOnSigtermAndSigint()
+    {
+        startApp();
+        m_app->terminate(); // SIGTERM
+        QVERIFY(m_app->waitForFinished(10000));
+        QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app->exitCode(), 0);
+
+        startApp();
+        ::kill(pid_t(m_app->processId()), SIGINT);
+        QVERIFY(m_app->waitForFinished(10000));
+        QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app->exitCode(), 0);
+    }
+
+    void secondStartHandsOverToTheRunningOne()
+    {
+        startApp();
+        const Finished second = run({});
+        QCOMPARE(second.exitCode, 0);
+        QCOMPARE(second.out, QByteArray("Ledgewise is already running.\n"));
+        QCOMPARE(m_app->state(), QProcess::Running);
+        QVERIFY(instanceRunning());
+    }
+
+    void brokenSettingsDoNotStopTheStart()
+    {
+        {
+            QSettings file(settingsFile(), QSettings::NativeFormat);
+            file.setValue(QStringLiteral("ledgewise.preferences"), QByteArray("{\"placement\":\x01\xff", 15));
+            file.setValue(QStringLiteral("GlobalShortcuts_toggleLeft"), QStringLiteral("[[[not json"));
+        }
+        startApp();
+        QCOMPARE(run({QStringLiteral("--quit")}).exitCode, 0);
+        QVERIFY(m_app->waitForFinished(10000));
+        QCOMPARE(m_app->exitCode(), 0);
+        // A bad document is left for the next change to replace; a bad shortcut is not repaired.
+        QSettings file(settingsFile(), QSettings::NativeFormat);
+        QCOMPARE(file.value(QStringLiteral("ledgewise.preferences")).toByteArray(),
+                 QByteArray("{\"placement\":\x01\xff", 15));
+        QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(), QStringLiteral("[[[not json"));
+    }
+
+private:
+    void startApp()
+    {
+        m_app = std::make_unique<QProcess>();
+        m_app->setProcessChannelMode(QProcess::ForwardedChannels);
+        m_app->start(executable(), {});
+        QVERIFY(m_app->waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(instanceRunning(), 10000);
+    }
+
+    std::unique_ptr<QProcess> m_app;
+};
+
+QTEST_GUILESS_MAIN(TestLedgewiseProcess)
+#include "test_ledgewise_process.moc"
