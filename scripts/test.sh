@@ -46,7 +46,7 @@ if [ "$quick" = false ]; then
   cmake --preset fuzz >/dev/null
   cmake --build --preset fuzz --target ledgewise_fuzzers
   for fuzzer in build/fuzz/fuzz/fuzz_*; do
-    [ -x "$fuzzer" ] || continue
+    [ -f "$fuzzer" ] && [ -x "$fuzzer" ] || continue
     corpus=$(mktemp -d)
     cp -r "fuzz/corpus/$(basename "$fuzzer")/." "$corpus/" 2>/dev/null || true
     if "$fuzzer" -max_total_time="$fuzz_seconds" -print_final_stats=0 "$corpus" >"$corpus.log" 2>&1; then
