@@ -1,5 +1,6 @@
 #include "app/app_model.h"
 #include "app/command_line.h"
+#include "app/screenshot_tour.h"
 #include "app/unix_signal_quit.h"
 #include "platform/dbus/application_service.h"
 
@@ -7,6 +8,7 @@
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <memory>
 
 using namespace ledgewise;
 
@@ -66,5 +68,11 @@ int main(int argc, char *argv[])
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &model, &AppModel::saveAll);
 
     model.start();
+
+    std::unique_ptr<ScreenshotTour> tour;
+    if (const QString directory = ScreenshotTour::directoryFromEnvironment(); !directory.isEmpty()) {
+        tour = std::make_unique<ScreenshotTour>(directory);
+        tour->start();
+    }
     return app.exec();
 }
