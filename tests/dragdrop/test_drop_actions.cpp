@@ -1,0 +1,284 @@
+#include "dragdrop/drop_actions.h"
+#include "dragdrop/unique_name.h"
+#include "tests/support/fake_pasteboard.h"
+#include "tests/support/recording_url_opener.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMimeData>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace ledgewise;
+
+namespace {
+
+DropPayload textPayload(const QString &text)
+{
+    return DropPayload{DropPayload::Kind::text, {}, {}, text, std::nullopt};
+}
+
+DropPayload linkPayload(const QList<QUrl> &urls)
+{
+    return DropPayload{DropPayload::Kind::urls, {}, urls, std::nullopt, std::nullopt};
+}
+
+DropPayload filePayload(const QStringList &paths)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls << QUrl::fromLocalFile(path);
+    return DropPayload{DropPayload::Kind::files, urls, {}, std::nullopt, std::nullopt};
+}
+
+DropPayload imagePayload()
+{
+    QImage image(6, 3, QImage::Format_ARGB32);
+    image.fill(Qt::green);
+    return DropPayload{DropPayload::Kind::image, {}, {}, std::nullopt, image};
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+} // namespace
+
+class TestDropActions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void uniqueNamesCountUpFromOne()
+    {
+        QSet<QString> taken;
+        auto isTaken = [&taken](const QString &name) { return taken.contains(name); };
+        QCOMPARE(uniqueName(QStringLiteral("Dropped.png"), isTaken), QStringLiteral("Dropped.png"));
+        taken << QStringLiteral("Dropped.png");
+        QCOMPARE(uniqueName(QStringLiteral("Dropped.png"), isTaken), QStringLiteral("Dropped-1.png"));
+        taken << QStringLiteral("Dropped-1.png");
+        QCOMPARE(uniqueName(QStringLiteral("Dropped.png"), isTaken), QStringLiteral("Dropped-2.png"));
+        taken << QStringLiteral("archive.tar.gz") << QStringLiteral("notes") << QStringLiteral(".bashrc");
+        QCOMPARE(uniqueName(QStringLiteral("archive.tar.gz"), isTaken), QStringLiteral("archive.tar-1.gz"));
+        QCOMPARE(uniqueName(QStringLiteral("notes"), isTaken), QStringLiteral("notes-1"));
+        QCOMPARE(uniqueName(QStringLiteral(".bashrc"), isTaken), QStringLiteral(".bashrc-1"));
+    }
+
+    void savingTextThreeTimes()
+    {
+        QTemporaryDir downloads;
+        for (int i = 0; i < 3; ++i)
+            DropActions::save(textPayload(QStringLiteral("héllo %1").arg(i)), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped-1.txt", "Dropped-2.txt", "Dropped.txt"}));
+        QCOMPARE(contents(downloads.filePath("Dropped.txt")), QByteArray("h\xc3\xa9llo 0"));
+        QCOMPARE(contents(downloads.filePath("Dropped-2.txt")), QByteArray("h\xc3\xa9llo 2"));
+    }
+
+    void savingTwoLinksWritesOneShortcutWithTheFirst()
+    {
+        QTemporaryDir downloads;
+        DropActions::save(linkPayload({QUrl(QStringLiteral("https://example.org/a b")),
+                                       QUrl(QStringLiteral("https://second.example/"))}),
+                          downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.url"}));
+        QCOMPARE(contents(downloads.filePath("Dropped.url")),
+                 QByteArray("[InternetShortcut]\nURL=https://example.org/a%20b\n"));
+    }
+
+    void savingAnImageWritesAPng()
+    {
+        QTemporaryDir downloads;
+        DropActions::save(imagePayload(), downloads.path());
+        DropActions::save(imagePayload(), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped-1.png", "Dropped.png"}));
+        const QByteArray png = contents(downloads.filePath("Dropped.png"));
+        QVERIFY(png.startsWith("\x89PNG"));
+        QImage read;
+        QVERIFY(read.loadFromData(png));
+        QCOMPARE(read.size(), QSize(6, 3));
+    }
+
+    void savingFilesCopiesAndNeverMoves()
+    {
+        QTemporaryDir source, downloads;
+        writeFile(source.filePath("notes"), "mine");
+        writeFile(source.filePath("archive.tar.gz"), "gz");
+        writeFile(downloads.filePath("notes"), "already here");
+        writeFile(downloads.filePath("archive.tar.gz"), "older");
+        DropActions::save(filePayload({source.filePath("notes"), source.filePath("archive.tar.gz")}), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"archive.tar-1.gz", "archive.tar.gz", "notes", "notes-1"}));
+        QCOMPARE(contents(downloads.filePath("notes")), QByteArray("already here"));
+        QCOMPARE(contents(downloads.filePath("notes-1")), QByteArray("mine"));
+        QCOMPARE(contents(downloads.filePath("archive.tar-1.gz")), QByteArray("gz"));
+        QVERIFY(QFile::exists(source.filePath("notes")));
+        QVERIFY(QFile::exists(source.filePath("archive.tar.gz")));
+    }
+
+    void foldersAreCopiedWhole()
+    {
+        QTemporaryDir source, downloads;
+        QVERIFY(QDir(source.path()).mkpath("project/src/deep"));
+        writeFile(source.filePath("project/README"), "read me");
+        writeFile(source.filePath("project/src/deep/main.c"), "int main;");
+        writeFile(source.filePath("project/.hidden"), "h");
+        DropActions::save(filePayload({source.filePath("project")}), downloads.path());
+        QCOMPARE(contents(downloads.filePath("project/README")), QByteArray("read me"));
+        QCOMPARE(contents(downloads.filePath("project/src/deep/main.c")), QByteArray("int main;"));
+        QCOMPARE(contents(downloads.filePath("project/.hidden")), QByteArray("h"));
+        QVERIFY(QFile::exists(source.filePath("project/README")));
+    }
+
+    void missingSourcesAreSkippedAndTheRestSaved()
+    {
+        QTemporaryDir source, downloads;
+        writeFile(source.filePath("real.txt"), "real");
+        DropActions::save(filePayload({source.filePath("gone.txt"), source.filePath("real.txt")}), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"real.txt"}));
+    }
+
+    void missingDownloadsFolderIsNotCreated()
+    {
+        QTemporaryDir home;
+        const QString missing = home.filePath("Downloads");
+        DropActions::save(textPayload(QStringLiteral("x")), missing);
+        DropActions::save(imagePayload(), missing);
+        QVERIFY(!QFile::exists(missing));
+    }
+
+    void readOnlyDownloadsFolderEndsQuietly()
+    {
+        if (::geteuid() == 0)
+            QSKIP("root writes into read-only folders; the permission cannot be exercised here");
+        QTemporaryDir downloads;
+        writeFile(downloads.filePath("Dropped.txt"), "keep");
+        QFile::setPermissions(downloads.path(), QFile::ReadOwner | QFile::ExeOwner);
+        DropActions::save(textPayload(QStringLiteral("new")), downloads.path());
+        QFile::setPermissions(downloads.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QCOMPARE(contents(downloads.filePath("Dropped.txt")), QByteArray("keep"));
+    }
+
+    void nothingExistingIsOverwrittenEvenByADanglingLink()
+    {
+        QTemporaryDir downloads;
+        QVERIFY(QFile::link(downloads.filePath("nowhere"), downloads.filePath("Dropped.txt")));
+        DropActions::save(textPayload(QStringLiteral("new")), downloads.path());
+        QVERIFY(!QFile::exists(downloads.filePath("nowhere")));
+        QCOMPARE(contents(downloads.filePath("Dropped-1.txt")), QByteArray("new"));
+    }
+
+    void copyingTwoFilesPutsBothAndNothingElse()
+    {
+        FakePasteboard pasteboard;
+        pasteboard.copyFromElsewhere(new QMimeData);
+        DropActions::copy(filePayload({"/tmp/a b.txt", "/tmp/c.png"}), pasteboard);
+        QCOMPARE(pasteboard.clears, 1);
+        QCOMPARE(pasteboard.types(), QStringList({"text/uri-list", "x-special/gnome-copied-files"}));
+        QCOMPARE(pasteboard.contents()->urls(),
+                 QList<QUrl>({QUrl::fromLocalFile("/tmp/a b.txt"), QUrl::fromLocalFile("/tmp/c.png")}));
+        QCOMPARE(pasteboard.data(QStringLiteral("x-special/gnome-copied-files")),
+                 QByteArray("copy\nfile:///tmp/a%20b.txt\nfile:///tmp/c.png"));
+    }
+
+    void copyingLinksImageAndText()
+    {
+        FakePasteboard pasteboard;
+        DropActions::copy(linkPayload({QUrl(QStringLiteral("https://example.org/"))}), pasteboard);
+        QCOMPARE(pasteboard.contents()->urls(), QList<QUrl>({QUrl(QStringLiteral("https://example.org/"))}));
+        QCOMPARE(pasteboard.contents()->text(), QStringLiteral("https://example.org/"));
+
+        DropActions::copy(imagePayload(), pasteboard);
+        QVERIFY(pasteboard.contents()->hasImage());
+        QVERIFY(!pasteboard.contents()->hasText());
+
+        DropActions::copy(textPayload(QStringLiteral("plain words")), pasteboard);
+        QCOMPARE(pasteboard.contents()->text(), QStringLiteral("plain words"));
+        QVERIFY(!pasteboard.contents()->hasUrls());
+        QCOMPARE(pasteboard.clears, 3);
+    }
+
+    void copyClearsEvenWhenThereIsNothingToWrite()
+    {
+        FakePasteboard pasteboard;
+        auto *old = new QMimeData;
+        old->setText(QStringLiteral("old"));
+        pasteboard.copyFromElsewhere(old);
+        DropActions::copy(DropPayload{}, pasteboard);
+        QCOMPARE(pasteboard.clears, 1);
+        QVERIFY(pasteboard.types().isEmpty());
+    }
+
+    void openingFilesLinksAndAddresses()
+    {
+        RecordingUrlOpener opener;
+        DropActions::open(filePayload({"/tmp/one", "/tmp/two"}), opener);
+        QCOMPARE(opener.opened, QList<QUrl>({QUrl::fromLocalFile("/tmp/one"), QUrl::fromLocalFile("/tmp/two")}));
+
+        opener.opened.clear();
+        DropActions::open(linkPayload({QUrl(QStringLiteral("https://a.example")), QUrl(QStringLiteral("ftp://b.example"))}),
+                          opener);
+        QCOMPARE(opener.opened.size(), 2);
+
+        opener.opened.clear();
+        DropActions::open(textPayload(QStringLiteral("https://example.org/path")), opener);
+        QCOMPARE(opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://example.org/path"))}));
+
+        opener.opened.clear();
+        DropActions::open(textPayload(QStringLiteral("example.org/path")), opener);
+        DropActions::open(textPayload(QStringLiteral("two words")), opener);
+        DropActions::open(imagePayload(), opener);
+        QVERIFY(opener.opened.isEmpty());
+    }
+
+    void shareAndAirDropEndQuietly()
+    {
+        FakePasteboard pasteboard;
+        RecordingUrlOpener opener;
+        QTemporaryDir downloads;
+        DropActions::Context context{pasteboard, opener, downloads.path()};
+        for (DropAction action : {DropAction::share, DropAction::airDrop}) {
+            DropActions::perform(action, textPayload(QStringLiteral("https://example.org")), context);
+            DropActions::perform(action, DropPayload{}, context);
+        }
+        QVERIFY(!DropActions::shareAvailable());
+        QVERIFY(!DropActions::airDropAvailable());
+        QCOMPARE(pasteboard.changeCount(), 0);
+        QVERIFY(opener.opened.isEmpty());
+        QVERIFY(entries(downloads.path()).isEmpty());
+    }
+
+    void performDispatches()
+    {
+        FakePasteboard pasteboard;
+        RecordingUrlOpener opener;
+        QTemporaryDir downloads;
+        DropActions::Context context{pasteboard, opener, downloads.path()};
+        const DropPayload payload = textPayload(QStringLiteral("https://example.org"));
+        DropActions::perform(DropAction::copy, payload, context);
+        DropActions::perform(DropAction::save, payload, context);
+        DropActions::perform(DropAction::open, payload, context);
+        QCOMPARE(pasteboard.contents()->text(), QStringLiteral("https://example.org"));
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QCOMPARE(opener.opened.size(), 1);
+    }
+};
+
+QTEST_MAIN(TestDropActions)
+#include "test_drop_actions.moc"

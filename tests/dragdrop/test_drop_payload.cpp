@@ -1,0 +1,244 @@
+#include "dragdrop/drop_action.h"
+#include "dragdrop/drop_payload.h"
+
+#include <QBuffer>
+#include <QMimeData>
+#include <QTest>
+
+using namespace ledgewise;
+
+namespace {
+
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QImage redSquare()
+{
+    QImage image(8, 8, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+QByteArray utf16(const QString &text)
+{
+    return QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+}
+
+} // namespace
+
+class TestDropPayload : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void twoFilesInOrder()
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile("/home/a/report.pdf"), QUrl::fromLocalFile("/home/a/notes.txt")});
+        data.setText(QStringLiteral("ignored"));
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::files);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/report.pdf"),
+                                                 QUrl::fromLocalFile("/home/a/notes.txt")}));
+        QVERIFY(payload->urls.isEmpty());
+        QCOMPARE(payload->text, std::nullopt);
+        QCOMPARE(payload->summary(), QStringLiteral("2 files"));
+        QCOMPARE(payload->shareItems(), QVariantList({QUrl::fromLocalFile("/home/a/report.pdf"),
+                                                      QUrl::fromLocalFile("/home/a/notes.txt")}));
+    }
+
+    void oneFileIsSummarisedByItsName()
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile("/tmp/report.pdf")});
+        QCOMPARE(DropPayload::from(data)->summary(), QStringLiteral("report.pdf"));
+    }
+
+    void filesWinOverLinksInTheSameList()
+    {
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("https://example.org/")), QUrl::fromLocalFile("/tmp/a.txt")});
+        const auto payload = DropPayload::from(data);
+        QCOMPARE(payload->kind, DropPayload::Kind::files);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/tmp/a.txt")}));
+    }
+
+    void browserLinkIsSummarisedByItsHost()
+    {
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("https://www.example.org/page?q=1"))});
+        data.setText(QStringLiteral("https://www.example.org/page?q=1"));
+        const auto payload = DropPayload::from(data);
+        QCOMPARE(payload->kind, DropPayload::Kind::urls);
+        QCOMPARE(payload->urls, QList<QUrl>({QUrl(QStringLiteral("https://www.example.org/page?q=1"))}));
+        QCOMPARE(payload->summary(), QStringLiteral("www.example.org"));
+        QCOMPARE(payload->shareItems(), QVariantList({QUrl(QStringLiteral("https://www.example.org/page?q=1"))}));
+    }
+
+    void browserOnlyLinkFormatIsRead()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("text/x-moz-url"), utf16(QStringLiteral("https://news.example.com/a\nA title")));
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::urls);
+        QCOMPARE(payload->summary(), QStringLiteral("news.example.com"));
+    }
+
+    void linkWithoutHostShowsDrop()
+    {
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("mailto:someone@example.org"))});
+        const auto payload = DropPayload::from(data);
+        QCOMPARE(payload->kind, DropPayload::Kind::urls);
+        QCOMPARE(payload->summary(), QStringLiteral("Drop"));
+    }
+
+    void copiedFilesListOfTwoPathsGivesFiles()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("x-special/gnome-copied-files"),
+                     "copy\nfile:///home/a/one.png\n/home/a/two words.txt");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::files);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png"),
+                                                 QUrl::fromLocalFile("/home/a/two words.txt")}));
+    }
+
+    void imageWinsOverTextAndIsSummarisedAsImage()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("image/tiff"), encoded(redSquare(), "TIFF"));
+        data.setText(QStringLiteral("caption"));
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::image);
+        QCOMPARE(payload->image->size(), QSize(8, 8));
+        QCOMPARE(payload->summary(), QStringLiteral("Image"));
+        QCOMPARE(payload->shareItems().size(), 1);
+    }
+
+    void pngIsReadBeforeTiff()
+    {
+        QImage blue(4, 4, QImage::Format_ARGB32);
+        blue.fill(Qt::blue);
+        QMimeData data;
+        data.setData(QStringLiteral("image/tiff"), encoded(redSquare(), "TIFF"));
+        data.setData(QStringLiteral("image/png"), encoded(blue, "PNG"));
+        QCOMPARE(DropPayload::from(data)->image->size(), QSize(4, 4));
+    }
+
+    void otherImageTypesAreReadToo()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("image/bmp"), encoded(redSquare(), "BMP"));
+        QCOMPARE(DropPayload::from(data)->kind, DropPayload::Kind::image);
+    }
+
+    void unreadableImageBytesFallThroughToText()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("image/png"), "\x89PNG but not really");
+        data.setText(QStringLiteral("fallback"));
+        const auto payload = DropPayload::from(data);
+        QCOMPARE(payload->kind, DropPayload::Kind::text);
+        QCOMPARE(payload->text, QStringLiteral("fallback"));
+    }
+
+    void emptyTextIsNoPayloadButWhiteSpaceIs()
+    {
+        QMimeData empty;
+        empty.setText(QString());
+        QCOMPARE(DropPayload::from(empty), std::nullopt);
+
+        QMimeData space;
+        space.setText(QStringLiteral(" "));
+        const auto payload = DropPayload::from(space);
+        QVERIFY(payload);
+        QCOMPARE(payload->text, QStringLiteral(" "));
+    }
+
+    void textOnlyIsSummarisedByTheText()
+    {
+        QMimeData data;
+        data.setText(QStringLiteral("Meeting at 10, room 4"));
+        const auto payload = DropPayload::from(data);
+        QCOMPARE(payload->kind, DropPayload::Kind::text);
+        QCOMPARE(payload->summary(), QStringLiteral("Meeting at 10, room 4"));
+        QCOMPARE(payload->shareItems(), QVariantList({QStringLiteral("Meeting at 10, room 4")}));
+    }
+
+    void brokenUriListsKeepTheGoodEntries()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"),
+                     "# a comment\r\nnot a url at all\r\nhttp://[broken\r\n\r\nfile:///tmp/ok.txt\r\n\xff\xfe");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/tmp/ok.txt")}));
+
+        QMimeData garbage;
+        garbage.setData(QStringLiteral("text/uri-list"), QByteArray("\x00\x01\x02 % %% http://", 20));
+        QCOMPARE(DropPayload::from(garbage), std::nullopt);
+
+        QMimeData oddMozilla;
+        oddMozilla.setData(QStringLiteral("text/x-moz-url"), "abc"); // odd length: not UTF-16
+        QCOMPARE(DropPayload::from(oddMozilla), std::nullopt);
+    }
+
+    void onlyTheOldLinkTypeIsLetInButReadsAsNothing()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("_NETSCAPE_URL"), "https://example.org");
+        QVERIFY(DropPayload::offersRegisteredType(data));
+        QCOMPARE(DropPayload::from(data), std::nullopt);
+
+        QMimeData foreign;
+        foreign.setData(QStringLiteral("application/x-unknown"), "x");
+        QVERIFY(!DropPayload::offersRegisteredType(foreign));
+    }
+
+    void registeredTypesFollowTheReadingOrder()
+    {
+        const QStringList types = DropPayload::registeredTypes();
+        QCOMPARE(types.first(), QStringLiteral("text/uri-list"));
+        QCOMPARE(types.at(1), QStringLiteral("text/x-moz-url"));
+        QCOMPARE(types.at(2), QStringLiteral("text/plain"));
+        QVERIFY(types.indexOf(QStringLiteral("image/png")) < types.indexOf(QStringLiteral("image/tiff")));
+        QVERIFY(types.indexOf(QStringLiteral("image/tiff")) < types.indexOf(QStringLiteral("x-special/gnome-copied-files")));
+        QCOMPARE(types.last(), QStringLiteral("_NETSCAPE_URL"));
+    }
+
+    void nothingUsableGivesNoPayload()
+    {
+        QMimeData data;
+        QCOMPARE(DropPayload::from(data), std::nullopt);
+    }
+
+    void actionsInTheirOrderWithTitlesAndSymbols()
+    {
+        QStringList raws, titles, symbols;
+        for (DropAction action : allDropActions) {
+            raws << rawValue(action);
+            titles << title(action);
+            symbols << systemImage(action);
+            QCOMPARE(dropActionFromRaw(rawValue(action)), action);
+        }
+        QCOMPARE(raws, QStringList({"copy", "save", "share", "open", "airDrop"}));
+        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open", "AirDrop"}));
+        QCOMPARE(symbols, QStringList({"doc.on.doc", "arrow.down.to.line", "square.and.arrow.up", "arrow.up.forward",
+                                       "dot.radiowaves.left.and.right"}));
+        QCOMPARE(dropActionFromRaw(QStringLiteral("Copy")), std::nullopt);
+    }
+};
+
+QTEST_MAIN(TestDropPayload)
+#include "test_drop_payload.moc"

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/xdg/url_opener.h"
+
+#include <QList>
+
+namespace ledgewise {
+
+// Remembers what it was asked to open instead of starting applications.
+class RecordingUrlOpener final : public UrlOpener
+{
+public:
+    bool open(const QUrl &url) override
+    {
+        opened.append(url);
+        return true;
+    }
+    QList<QUrl> opened;
+};
+
+} // namespace ledgewise
