@@ -2,7 +2,9 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QList>
 #include <QStringList>
+#include <QUrl>
 
 class QMimeData;
 
@@ -27,6 +29,11 @@ public:
     virtual QStringList types() const = 0;
     // The bytes of one type, empty when it is not offered.
     virtual QByteArray data(const QString &mimeType) const = 0;
+
+    // The plain text offered, decoded; empty when there is none.
+    QString text() const;
+    // The entries of the offered URI list, in order; broken entries are skipped.
+    QList<QUrl> urls() const;
 
     // Empties the clipboard (counts as a change).
     virtual void clearContents() = 0;

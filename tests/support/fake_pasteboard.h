@@ -2,6 +2,7 @@
 
 #include "platform/clipboard/pasteboard.h"
 
+#include <QMap>
 #include <QMimeData>
 
 #include <memory>
@@ -19,20 +20,30 @@ public:
 
     qint64 changeCount() const override { return m_changeCount; }
     bool announcesChanges() const override { return m_announce; }
-    QStringList types() const override { return m_contents ? m_contents->formats() : QStringList(); }
+    QStringList types() const override
+    {
+        QStringList types = m_raw.keys();
+        if (m_contents)
+            types += m_contents->formats();
+        return types;
+    }
     QByteArray data(const QString &mimeType) const override
     {
+        if (m_raw.contains(mimeType))
+            return m_raw.value(mimeType);
         return m_contents ? m_contents->data(mimeType) : QByteArray();
     }
     void clearContents() override
     {
         m_contents.reset();
+        m_raw.clear();
         ++clears;
         changedByUs();
     }
     void setContents(QMimeData *contents) override
     {
         m_contents.reset(contents);
+        m_raw.clear();
         changedByUs();
     }
 
@@ -40,6 +51,16 @@ public:
     void copyFromElsewhere(QMimeData *contents)
     {
         m_contents.reset(contents);
+        m_raw.clear();
+        changedByUs();
+    }
+
+    // Another application offers exactly these bytes (QMimeData would normalise some
+    // types, such as URI lists).
+    void offerFromElsewhere(const QMap<QString, QByteArray> &raw)
+    {
+        m_contents.reset();
+        m_raw = raw;
         changedByUs();
     }
 
@@ -57,6 +78,7 @@ private:
     bool m_announce;
     qint64 m_changeCount = 0;
     std::unique_ptr<QMimeData> m_contents;
+    QMap<QString, QByteArray> m_raw;
 };
 
 } // namespace ledgewise

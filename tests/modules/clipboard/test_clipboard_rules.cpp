@@ -1,0 +1,193 @@
+#include "modules/clipboard/clipboard_rules.h"
+#include "tests/modules/clipboard/clipboard_test_support.h"
+#include "tests/support/fake_pasteboard.h"
+
+#include <QTest>
+
+using namespace ledgewise;
+using namespace ledgewise::testing;
+
+namespace {
+
+ClipboardItem textItem(const QString &text, bool pinned = false)
+{
+    return {QUuid::createUuid(), 1, ClipboardKind::text, text, std::nullopt, std::nullopt, pinned};
+}
+
+ClipboardItem urlItem(const QString &url)
+{
+    return {QUuid::createUuid(), 1, ClipboardKind::url, std::nullopt, url, std::nullopt, false};
+}
+
+} // namespace
+
+class TestClipboardRules : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void historyFileRoundTripsWithAbsentKeysLeftOut()
+    {
+        const QList<ClipboardItem> items = {
+            {QUuid::createUuid(), 785000000.125, ClipboardKind::text, QStringLiteral("hello"), std::nullopt,
+             std::nullopt, true},
+            {QUuid::createUuid(), 785000001.5, ClipboardKind::url, std::nullopt, QStringLiteral("https://example.org/"),
+             std::nullopt, false},
+            {QUuid::createUuid(), 785000002, ClipboardKind::image, std::nullopt, std::nullopt,
+             QStringLiteral("0F8A3E2C-1B2D-4C5E-8F90-123456789ABC.png"), false},
+        };
+        const QByteArray json = encodeHistory(items);
+        QCOMPARE(decodeHistory(json), items);
+        const QJsonArray array = QJsonDocument::fromJson(json).array();
+        QCOMPARE(array.size(), 3);
+        const QJsonObject text = array[0].toObject();
+        QCOMPARE(text.keys(), QStringList({"createdAt", "id", "isPinned", "kind", "text"}));
+        QCOMPARE(text.value("id").toString(), items[0].id.toString(QUuid::WithoutBraces).toUpper());
+        QCOMPARE(text.value("createdAt").toDouble(), 785000000.125);
+        QVERIFY(!json.contains("null"));
+        QVERIFY(!json.contains('\n'));
+    }
+
+    void entryWithoutIsPinnedMakesTheWholeFileUnreadable()
+    {
+        const QByteArray good = R"({"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"a","isPinned":false})";
+        const QByteArray bad = R"({"id":"1F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":2,"kind":"text","text":"b"})";
+        QVERIFY(decodeHistory("[" + good + "]"));
+        QCOMPARE(decodeHistory("[" + good + "," + bad + "]"), std::nullopt);
+    }
+
+    void otherUndecodableHistories_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("object") << QByteArray("{}");
+        QTest::newRow("garbage") << QByteArray("\x00\xff[", 3);
+        QTest::newRow("bad kind") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"video","isPinned":false}])");
+        QTest::newRow("bad id") << QByteArray(R"([{"id":"nope","createdAt":1,"kind":"text","isPinned":false}])");
+        QTest::newRow("date as text") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":"1","kind":"text","isPinned":false}])");
+        QTest::newRow("text as number") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":5,"isPinned":false}])");
+        QTest::newRow("entry not object") << QByteArray("[1]");
+    }
+    void otherUndecodableHistories()
+    {
+        QFETCH(QByteArray, json);
+        QCOMPARE(decodeHistory(json), std::nullopt);
+    }
+
+    void emptyArrayIsAnEmptyHistory()
+    {
+        QCOMPARE(decodeHistory("[]"), QList<ClipboardItem>());
+    }
+
+    void referenceDateIsTheStartOf2001()
+    {
+        QCOMPARE(secondsSinceReferenceDate(978307200000), 0.0);
+        QCOMPARE(secondsSinceReferenceDate(978307201500), 1.5);
+    }
+
+    void linkBeatsTextAndOnlyExactHttpSchemesAreLinks()
+    {
+        FakePasteboard pasteboard;
+        auto *link = new QMimeData;
+        link->setUrls({QUrl(QStringLiteral("https://example.org/a"))});
+        link->setText(QStringLiteral("Example"));
+        pasteboard.copyFromElsewhere(link);
+        Capture capture = ClipboardRules::classify(pasteboard, {});
+        QCOMPARE(capture.kind, Capture::Kind::link);
+        QCOMPARE(capture.value, QStringLiteral("https://example.org/a"));
+
+        pasteboard.offerFromElsewhere({{QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG/\r\n"},
+                                       {QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG/"}});
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::text);
+
+        auto *file = new QMimeData;
+        file->setUrls({QUrl::fromLocalFile(QStringLiteral("/home/a/photo.png"))});
+        file->setData(QStringLiteral("image/png"), pngOf(Qt::red));
+        pasteboard.copyFromElsewhere(file);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::image);
+    }
+
+    void repeatsOfTheNewestEntryOnly()
+    {
+        FakePasteboard pasteboard;
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("A")));
+        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("A")}).kind, Capture::Kind::nothing);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("B"), textItem("A")}).kind, Capture::Kind::text);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {urlItem("A")}).kind, Capture::Kind::text);
+
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("  hello  ")));
+        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("hello")}).kind, Capture::Kind::text);
+    }
+
+    void whiteSpaceIsNotTextButAnImageStillCounts()
+    {
+        FakePasteboard pasteboard;
+        pasteboard.copyFromElsewhere(textData(QStringLiteral(" \n\t ")));
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::nothing);
+        auto *both = textData(QStringLiteral("  \n"));
+        both->setData(QStringLiteral("image/png"), pngOf(Qt::blue));
+        pasteboard.copyFromElsewhere(both);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::image);
+    }
+
+    void secretsAreRecognised()
+    {
+        FakePasteboard pasteboard;
+        auto *secret = textData(QStringLiteral("hunter2"));
+        secret->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+        pasteboard.copyFromElsewhere(secret);
+        QVERIFY(ClipboardRules::isSecret(pasteboard));
+        auto *other = textData(QStringLiteral("hunter2"));
+        other->setData(QStringLiteral("x-kde-passwordManagerHint"), "public");
+        pasteboard.copyFromElsewhere(other);
+        QVERIFY(!ClipboardRules::isSecret(pasteboard));
+    }
+
+    void hugeContentIsSkipped()
+    {
+        FakePasteboard pasteboard;
+        pasteboard.copyFromElsewhere(textData(QString(ClipboardRules::maximumTextLength + 1, QLatin1Char('x'))));
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::nothing);
+        QCOMPARE(ClipboardRules::pngData(pngHeaderOnly(10000, 5000)), std::nullopt);
+        QCOMPARE(ClipboardRules::pngData("not an image"), std::nullopt);
+        QVERIFY(ClipboardRules::pngData(pngOf(Qt::red, QSize(640, 480))));
+    }
+
+    void evictionTakesTheOldestUnpinned()
+    {
+        QList<ClipboardItem> items;
+        for (int i = 0; i < 4; ++i)
+            items.append(textItem(QString::number(i), i == 3));
+        QCOMPARE(ClipboardRules::nextToEvict(items, 4), std::nullopt);
+        QCOMPARE(ClipboardRules::nextToEvict(items, 3), 2);
+        for (auto &item : items)
+            item.isPinned = true;
+        QCOMPARE(ClipboardRules::nextToEvict(items, 3), std::nullopt);
+    }
+
+    void glanceSnippets()
+    {
+        QCOMPARE(ClipboardRules::glanceSnippet({}), QStringLiteral("Clipboard"));
+        QCOMPARE(ClipboardRules::glanceSnippet({textItem("first line\nsecond line\n")}),
+                 QStringLiteral("first line second line"));
+        ClipboardItem noText = textItem("x");
+        noText.text.reset();
+        QCOMPARE(ClipboardRules::glanceSnippet({noText}), QStringLiteral("Text"));
+        QCOMPARE(ClipboardRules::glanceSnippet({urlItem("https://example.org/x")}), QStringLiteral("https://example.org/x"));
+        ClipboardItem noUrl = urlItem("x");
+        noUrl.url.reset();
+        QCOMPARE(ClipboardRules::glanceSnippet({noUrl}), QStringLiteral("URL"));
+        QCOMPARE(ClipboardRules::glanceSnippet({{QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, {}, false}}),
+                 QStringLiteral("Image"));
+    }
+
+    void imageNamesMustStayInsideTheFolder()
+    {
+        QVERIFY(ClipboardRules::isPlainFileName(QStringLiteral("ABC.png")));
+        QVERIFY(!ClipboardRules::isPlainFileName(QStringLiteral("../clipboard.json")));
+        QVERIFY(!ClipboardRules::isPlainFileName(QStringLiteral("..")));
+        QVERIFY(!ClipboardRules::isPlainFileName(QString()));
+    }
+};
+
+QTEST_MAIN(TestClipboardRules)
+#include "test_clipboard_rules.moc"

@@ -1,0 +1,355 @@
+#include "modules/clipboard/clipboard_store.h"
+#include "tests/modules/clipboard/clipboard_test_support.h"
+#include "tests/support/fake_pasteboard.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ledgewise;
+using namespace ledgewise::testing;
+
+namespace {
+
+QStringList texts(const ClipboardStore &store)
+{
+    QStringList result;
+    for (const ClipboardItem &item : store.items())
+        result << item.text.value_or(item.url.value_or(item.imageFileName.value_or(QStringLiteral("?"))));
+    return result;
+}
+
+QStringList imageFiles(const ClipboardStore &store)
+{
+    return QDir(store.imagesDirectory()).entryList(QDir::Files, QDir::Name);
+}
+
+struct Fixture {
+    explicit Fixture(int capacity = 50, bool announce = true)
+        : pasteboard(announce)
+        , store(pasteboard, folder.path(), capacity, true)
+    {
+    }
+    void copy(const QString &text) { pasteboard.copyFromElsewhere(textData(text)); }
+    void copyImage(const QColor &color)
+    {
+        auto *data = new QMimeData;
+        data->setData(QStringLiteral("image/png"), pngOf(color));
+        pasteboard.copyFromElsewhere(data);
+    }
+
+    QTemporaryDir folder;
+    FakePasteboard pasteboard;
+    ClipboardStore store;
+};
+
+} // namespace
+
+class TestClipboardStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sameTextTwiceIsOneEntryButABAIsThree()
+    {
+        Fixture f;
+        f.copy("A");
+        f.copy("A");
+        QCOMPARE(texts(f.store), QStringList({"A"}));
+        f.copy("B");
+        f.copy("A");
+        QCOMPARE(texts(f.store), QStringList({"A", "B", "A"}));
+    }
+
+    void paddedTextIsTrimmedAndCapturedAgain()
+    {
+        Fixture f;
+        f.copy("  hello  ");
+        f.copy("  hello  ");
+        QCOMPARE(texts(f.store), QStringList({"hello", "hello"}));
+    }
+
+    void whiteSpaceAloneIsIgnoredUnlessAnImageComesWithIt()
+    {
+        Fixture f;
+        f.copy(" \n ");
+        QVERIFY(f.store.items().isEmpty());
+        auto *data = textData(QStringLiteral("\n\n"));
+        data->setData(QStringLiteral("image/png"), pngOf(Qt::yellow));
+        f.pasteboard.copyFromElsewhere(data);
+        QCOMPARE(f.store.items().size(), 1);
+        QCOMPARE(f.store.items()[0].kind, ClipboardKind::image);
+    }
+
+    void linkWithTextIsOneLinkAndFilesAreNeverLinks()
+    {
+        Fixture f;
+        auto *link = textData(QStringLiteral("Example Domain"));
+        link->setUrls({QUrl(QStringLiteral("https://example.org/"))});
+        f.pasteboard.copyFromElsewhere(link);
+        QCOMPARE(f.store.items().size(), 1);
+        QCOMPARE(f.store.items()[0].kind, ClipboardKind::url);
+        QCOMPARE(f.store.items()[0].url, QStringLiteral("https://example.org/"));
+        QCOMPARE(f.store.items()[0].text, std::nullopt);
+
+        auto *file = textData(QStringLiteral("/home/me/notes.txt"));
+        file->setUrls({QUrl::fromLocalFile(QStringLiteral("/home/me/notes.txt"))});
+        f.pasteboard.copyFromElsewhere(file);
+        QCOMPARE(f.store.items()[0].kind, ClipboardKind::text);
+        QCOMPARE(f.store.items()[0].text, QStringLiteral("/home/me/notes.txt"));
+    }
+
+    void capitalSchemeIsNotALink()
+    {
+        Fixture f;
+        f.pasteboard.offerFromElsewhere({{QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG\r\n"},
+                                         {QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG"}});
+        QCOMPARE(f.store.items()[0].kind, ClipboardKind::text);
+    }
+
+    void fullHistoryEvictsTheOldestAndItsImage()
+    {
+        Fixture f;
+        f.copyImage(Qt::red);
+        const QString oldestImage = *f.store.items()[0].imageFileName;
+        QCOMPARE(imageFiles(f.store), QStringList({oldestImage}));
+        for (int i = 1; i < 50; ++i)
+            f.copy(QString::number(i));
+        QCOMPARE(f.store.items().size(), 50);
+        f.copy(QStringLiteral("fifty-one"));
+        QCOMPARE(f.store.items().size(), 50);
+        QCOMPARE(f.store.items().last().text, QStringLiteral("1"));
+        QVERIFY(imageFiles(f.store).isEmpty());
+        QCOMPARE(historyOnDisk(f.store.historyPath()).size(), 50);
+    }
+
+    void fiftyPinnedEntriesAreNeverEvicted()
+    {
+        Fixture f;
+        for (int i = 0; i < 50; ++i) {
+            f.copy(QString::number(i));
+            f.store.pin(f.store.items()[0].id);
+        }
+        f.copy(QStringLiteral("one more"));
+        QCOMPARE(f.store.items().size(), 51);
+    }
+
+    void pinnedEntriesKeepTheirPlaces()
+    {
+        Fixture f(3);
+        f.copy("a");
+        f.copy("b");
+        f.copy("c");
+        f.store.pin(f.store.items()[2].id); // "a", the oldest
+        f.copy("d");
+        QCOMPARE(texts(f.store), QStringList({"d", "c", "a"}));
+    }
+
+    void pinTogglesInPlaceAndIsSavedEachTime()
+    {
+        Fixture f;
+        f.copy("a");
+        f.copy("b");
+        const QUuid id = f.store.items()[1].id;
+        f.store.pin(id);
+        QCOMPARE(f.store.items()[1].isPinned, true);
+        QCOMPARE(historyOnDisk(f.store.historyPath())[1].toObject().value("isPinned").toBool(), true);
+        f.store.pin(id);
+        QCOMPARE(f.store.items()[1].isPinned, false);
+        QCOMPARE(historyOnDisk(f.store.historyPath())[1].toObject().value("isPinned").toBool(), false);
+        QCOMPARE(texts(f.store), QStringList({"b", "a"}));
+        f.store.pin(QUuid::createUuid()); // unknown: nothing
+    }
+
+    void contentPresentAtStartIsNotCaptured()
+    {
+        QTemporaryDir folder;
+        FakePasteboard pasteboard;
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("before")));
+        ClipboardStore store(pasteboard, folder.path(), 50, true);
+        QVERIFY(store.items().isEmpty());
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("after")));
+        QCOMPARE(texts(store), QStringList({"after"}));
+    }
+
+    void copyBackIsNotCapturedAgain()
+    {
+        Fixture f;
+        f.copy("one");
+        f.copy("two");
+        const ClipboardItem older = f.store.items()[1];
+        f.store.copyBack(older);
+        QCOMPARE(f.pasteboard.text(), QStringLiteral("one"));
+        QCOMPARE(texts(f.store), QStringList({"two", "one"}));
+        QCOMPARE(f.store.items()[1].createdAt, older.createdAt);
+    }
+
+    void copyBackOfLinksAndImages()
+    {
+        Fixture f;
+        f.copyImage(Qt::green);
+        const ClipboardItem image = f.store.items()[0];
+        f.copy("text");
+        f.store.copyBack(image);
+        QVERIFY(f.pasteboard.types().contains(QStringLiteral("image/png")));
+        QImage pasted;
+        QVERIFY(pasted.loadFromData(f.pasteboard.data(QStringLiteral("image/png"))));
+        QCOMPARE(QColor(pasted.pixel(0, 0)), QColor(Qt::green));
+
+        ClipboardItem link{QUuid::createUuid(), 0, ClipboardKind::url, {}, QStringLiteral("https://example.org/"), {}, false};
+        f.store.copyBack(link);
+        QCOMPARE(f.pasteboard.text(), QStringLiteral("https://example.org/"));
+        QCOMPARE(f.pasteboard.urls(), QList<QUrl>({QUrl(QStringLiteral("https://example.org/"))}));
+
+        QFile::remove(QDir(f.store.imagesDirectory()).filePath(*image.imageFileName));
+        f.store.copyBack(image);
+        QVERIFY(f.pasteboard.types().isEmpty()); // cleared, nothing to put back
+        QCOMPARE(f.store.items().size(), 2);
+    }
+
+    void deleteRemovesTheEntryAndItsImage()
+    {
+        Fixture f;
+        f.copyImage(Qt::blue);
+        f.copy("keep");
+        QCOMPARE(imageFiles(f.store).size(), 1);
+        QVERIFY(f.store.image(f.store.items()[1]));
+        f.store.remove(f.store.items()[1].id);
+        QCOMPARE(texts(f.store), QStringList({"keep"}));
+        QVERIFY(imageFiles(f.store).isEmpty());
+        QCOMPARE(historyOnDisk(f.store.historyPath()).size(), 1);
+    }
+
+    void imageFilesAreNamedByUpperCaseUuids()
+    {
+        Fixture f;
+        f.copyImage(Qt::red);
+        const QString name = *f.store.items()[0].imageFileName;
+        QCOMPARE(name.size(), 40);
+        QVERIFY(name.endsWith(QLatin1String(".png")));
+        QCOMPARE(name, name.toUpper().replace(QLatin1String(".PNG"), QLatin1String(".png")));
+        QVERIFY(!QUuid::fromString(name.left(36)).isNull());
+        QVERIFY(name.left(36) != f.store.items()[0].id.toString(QUuid::WithoutBraces).toUpper());
+    }
+
+    void historyIsReloadedAtTheNextStart()
+    {
+        QTemporaryDir folder;
+        FakePasteboard pasteboard;
+        {
+            ClipboardStore store(pasteboard, folder.path(), 50, true);
+            pasteboard.copyFromElsewhere(textData(QStringLiteral("kept")));
+            store.pin(store.items()[0].id);
+        }
+        ClipboardStore store(pasteboard, folder.path(), 50, true);
+        QCOMPARE(texts(store), QStringList({"kept"}));
+        QVERIFY(store.items()[0].isPinned);
+    }
+
+    void historyWithAnEntryWithoutIsPinnedStartsEmptyAndIsKeptAside()
+    {
+        QTemporaryDir folder;
+        const QByteArray broken = R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"old"}])";
+        {
+            QFile file(QDir(folder.path()).filePath("clipboard.json"));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(broken);
+        }
+        FakePasteboard pasteboard;
+        ClipboardStore store(pasteboard, folder.path(), 50, true);
+        QVERIFY(store.items().isEmpty());
+        QFile untouched(store.historyPath());
+        QVERIFY(untouched.open(QIODevice::ReadOnly));
+        QCOMPARE(untouched.readAll(), broken);
+
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("new")));
+        QFile aside(store.historyPath() + QStringLiteral(".unreadable"));
+        QVERIFY(aside.open(QIODevice::ReadOnly));
+        QCOMPARE(aside.readAll(), broken);
+        QCOMPARE(historyOnDisk(store.historyPath()).size(), 1);
+
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("newer")));
+        QVERIFY(aside.seek(0));
+        QCOMPARE(aside.readAll(), broken); // one generation: not replaced by good saves
+    }
+
+    void secretsAreNeverCaptured()
+    {
+        Fixture f;
+        auto *secret = textData(QStringLiteral("correct horse battery staple"));
+        secret->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+        f.pasteboard.copyFromElsewhere(secret);
+        QVERIFY(f.store.items().isEmpty());
+        QVERIFY(!QFile::exists(f.store.historyPath()));
+    }
+
+    void filesAreOwnerOnly()
+    {
+        Fixture f;
+        f.copyImage(Qt::red);
+        const auto folderPermissions = QFileInfo(f.store.storageDirectory()).permissions() & 0x7777;
+        QCOMPARE(folderPermissions, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser
+                                        | QFile::WriteUser | QFile::ExeUser);
+        QCOMPARE(QFileInfo(f.store.imagesDirectory()).permissions() & 0x7777, folderPermissions);
+        const auto filePermissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QCOMPARE(QFileInfo(f.store.historyPath()).permissions() & 0x7777, filePermissions);
+        const QString image = QDir(f.store.imagesDirectory()).filePath(imageFiles(f.store).first());
+        QCOMPARE(QFileInfo(image).permissions() & 0x7777, filePermissions);
+    }
+
+    void undecodableImageAddsNothing()
+    {
+        Fixture f;
+        auto *data = new QMimeData;
+        data->setData(QStringLiteral("image/png"), "\x89PNG garbage");
+        f.pasteboard.copyFromElsewhere(data);
+        QVERIFY(f.store.items().isEmpty());
+        QVERIFY(imageFiles(f.store).isEmpty());
+    }
+
+    void withAnnouncementsNothingPolls()
+    {
+        Fixture f;
+        QVERIFY(!f.store.isPolling());
+    }
+
+    void withoutAnnouncementsTheHalfSecondPollCaptures()
+    {
+        Fixture f(50, false);
+        QVERIFY(f.store.isPolling());
+        f.copy("polled");
+        QVERIFY(f.store.items().isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(texts(f.store), QStringList({"polled"}), 2000);
+    }
+
+    void glanceSnippetFollowsTheNewestEntry()
+    {
+        Fixture f;
+        QCOMPARE(f.store.glanceSnippet(), QStringLiteral("Clipboard"));
+        f.copy("line one\nline two");
+        QCOMPARE(f.store.glanceSnippet(), QStringLiteral("line one line two"));
+    }
+
+    void defaultFolderIsTheUsersDataFolder()
+    {
+        QCOMPARE(ClipboardStore::defaultDirectory(),
+                 QDir(qEnvironmentVariable("XDG_DATA_HOME")).filePath(QStringLiteral("Ledgewise")));
+    }
+
+    void folderThatCannotBeCreatedStillRuns()
+    {
+        QTemporaryDir parent;
+        QFile blocker(parent.filePath("file"));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        FakePasteboard pasteboard;
+        ClipboardStore store(pasteboard, parent.filePath("file/Ledgewise"), 50, true);
+        pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory")));
+        QCOMPARE(texts(store), QStringList({"in memory"}));
+    }
+};
+
+QTEST_MAIN(TestClipboardStore)
+#include "test_clipboard_store.moc"
