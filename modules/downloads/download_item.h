@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+namespace ledgewise {
+
+struct DownloadItem {
+    enum class Status { downloading, ready };
+
+    QUrl url;
+    QString name;
+    QDateTime modified; // invalid when the system gives none: sorts last
+    Status status = Status::ready;
+
+    QString id() const { return url.path(); }
+    friend bool operator==(const DownloadItem &, const DownloadItem &) = default;
+};
+
+QString rawValue(DownloadItem::Status status);
+
+namespace DownloadRules {
+
+// The panel shows no more than this many files; every file is still measured.
+inline constexpr qsizetype maximumItems = 12;
+
+// Newest first; equal dates keep their order; files without a date go last.
+QList<DownloadItem> newestFirst(QList<DownloadItem> items);
+
+// A file is downloading when its size differs from the size last measured; a file
+// seen for the first time is ready.
+DownloadItem::Status statusFor(std::optional<qint64> lastSize, qint64 size);
+
+} // namespace DownloadRules
+} // namespace ledgewise

@@ -1,0 +1,60 @@
+#include "platform/filesystem/folder_watcher.h"
+
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace ledgewise {
+
+InotifyFolderWatcher::InotifyFolderWatcher(QObject *parent)
+    : FolderWatcher(parent)
+{
+}
+
+InotifyFolderWatcher::~InotifyFolderWatcher()
+{
+    stop();
+}
+
+bool InotifyFolderWatcher::watch(const QString &folder)
+{
+    stop();
+    m_fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (m_fd < 0)
+        return false;
+    constexpr uint32_t mask = IN_MODIFY | IN_ATTRIB | IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM
+        | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+    m_watch = ::inotify_add_watch(m_fd, QFile::encodeName(folder).constData(), mask);
+    if (m_watch < 0) {
+        stop();
+        return false;
+    }
+    m_notifier = new QSocketNotifier(m_fd, QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &InotifyFolderWatcher::drain);
+    return true;
+}
+
+void InotifyFolderWatcher::drain()
+{
+    // Everything queued so far is one change for the listener.
+    alignas(inotify_event) char buffer[16 * 1024];
+    bool any = false;
+    while (::read(m_fd, buffer, sizeof buffer) > 0)
+        any = true;
+    if (any)
+        emit changed();
+}
+
+void InotifyFolderWatcher::stop()
+{
+    delete m_notifier;
+    m_notifier = nullptr;
+    if (m_fd >= 0)
+        ::close(m_fd); // closing also removes the watch
+    m_fd = -1;
+    m_watch = -1;
+}
+
+} // namespace ledgewise

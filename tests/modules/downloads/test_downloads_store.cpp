@@ -1,0 +1,233 @@
+#include "modules/downloads/downloads_store.h"
+#include "platform/filesystem/folder_watcher.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimeZone>
+
+using namespace ledgewise;
+
+namespace {
+
+// Writes (or appends to) a file, as a browser writing a download would.
+void grow(const QString &path, qint64 bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append));
+    file.write(QByteArray(bytes, 'x'));
+}
+
+void makeFile(const QString &path, qint64 bytes, const QDateTime &modified = {})
+{
+    grow(path, bytes);
+    if (modified.isValid()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(modified, QFileDevice::FileModificationTime));
+    }
+}
+
+QStringList names(const DownloadsStore &store)
+{
+    QStringList result;
+    for (const DownloadItem &item : store.items())
+        result << item.name;
+    return result;
+}
+
+std::optional<DownloadItem::Status> statusOf(const DownloadsStore &store, const QString &name)
+{
+    for (const DownloadItem &item : store.items()) {
+        if (item.name == name)
+            return item.status;
+    }
+    return std::nullopt;
+}
+
+std::unique_ptr<DownloadsStore> watching(const QString &folder)
+{
+    return std::make_unique<DownloadsStore>(folder, std::make_unique<InotifyFolderWatcher>());
+}
+
+const QDateTime base = QDateTime(QDate(2026, 11, 1), QTime(12, 0), QTimeZone::utc());
+
+} // namespace
+
+class TestDownloadsStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void emptyFolderGivesAnEmptyList()
+    {
+        QTemporaryDir folder;
+        auto store = watching(folder.path());
+        QVERIFY(store->items().isEmpty());
+        QVERIFY(store->isWatching());
+    }
+
+    void twentyFilesGiveTheTwelveNewestNewestFirst()
+    {
+        QTemporaryDir folder;
+        for (int i = 0; i < 20; ++i)
+            makeFile(folder.filePath(QStringLiteral("file-%1.bin").arg(i, 2, 10, QLatin1Char('0'))), 10,
+                     base.addSecs(i * 60));
+        auto store = watching(folder.path());
+        QStringList expected;
+        for (int i = 19; i >= 8; --i)
+            expected << QStringLiteral("file-%1.bin").arg(i, 2, 10, QLatin1Char('0'));
+        QCOMPARE(names(*store), expected);
+        QCOMPARE(store->items()[0].url, QUrl::fromLocalFile(folder.filePath("file-19.bin")));
+        QCOMPARE(store->items()[0].modified, base.addSecs(19 * 60));
+        for (const DownloadItem &item : store->items())
+            QCOMPARE(item.status, DownloadItem::Status::ready);
+    }
+
+    void hiddenFilesFoldersAndLinksAreNeverListed()
+    {
+        QTemporaryDir folder;
+        makeFile(folder.filePath(".hidden"), 5);
+        makeFile(folder.filePath("visible.txt"), 5);
+        QVERIFY(QDir(folder.path()).mkdir("subfolder"));
+        makeFile(folder.filePath("subfolder/inside.txt"), 5);
+        QVERIFY(QFile::link(folder.filePath("visible.txt"), folder.filePath("link.txt")));
+        auto store = watching(folder.path());
+        QCOMPARE(names(*store), QStringList({"visible.txt"}));
+
+        makeFile(folder.filePath(".another-hidden"), 5);
+        QVERIFY(QDir(folder.path()).mkdir("second-folder"));
+        makeFile(folder.filePath("new.txt"), 5);
+        QTRY_COMPARE(store->items().size(), 2);
+        QVERIFY(!names(*store).contains(QStringLiteral(".another-hidden")));
+    }
+
+    void newFilesAppearAsTheyArrive()
+    {
+        QTemporaryDir folder;
+        auto store = watching(folder.path());
+        QSignalSpy changed(store.get(), &DownloadsStore::itemsChanged);
+        makeFile(folder.filePath("arrived.pdf"), 100);
+        QTRY_COMPARE(names(*store), QStringList({"arrived.pdf"}));
+        QVERIFY(QFile::rename(folder.filePath("arrived.pdf"), folder.filePath("renamed.pdf")));
+        QTRY_COMPARE(names(*store), QStringList({"renamed.pdf"}));
+        QVERIFY(QFile::remove(folder.filePath("renamed.pdf")));
+        QTRY_VERIFY(store->items().isEmpty());
+        QVERIFY(changed.count() >= 3);
+    }
+
+    void growingFileIsDownloadingUntilItSettles()
+    {
+        QTemporaryDir folder;
+        auto store = watching(folder.path());
+        const QString path = folder.filePath("movie.mkv.part");
+        makeFile(path, 1000);
+        // Seen for the first time: ready, even though it is still growing.
+        QTRY_COMPARE(statusOf(*store, "movie.mkv.part"), DownloadItem::Status::ready);
+
+        QSignalSpy checked(store.get(), &DownloadsStore::settleChecked);
+        grow(path, 4000); // 1000 → 5000 bytes
+        QTRY_COMPARE(statusOf(*store, "movie.mkv.part"), DownloadItem::Status::downloading);
+        QElapsedTimer sinceLastChange;
+        sinceLastChange.start();
+        QTRY_COMPARE_WITH_TIMEOUT(statusOf(*store, "movie.mkv.part"), DownloadItem::Status::ready, 3000);
+        QVERIFY2(sinceLastChange.elapsed() >= 500, qPrintable(QString::number(sinceLastChange.elapsed())));
+        QCOMPARE(checked.count(), 1);
+    }
+
+    void changesInQuickSuccessionPushTheCheckBack()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("iso.part");
+        makeFile(path, 10);
+        auto store = watching(folder.path());
+        QSignalSpy checked(store.get(), &DownloadsStore::settleChecked);
+
+        grow(path, 10);
+        QTRY_COMPARE(statusOf(*store, "iso.part"), DownloadItem::Status::downloading);
+        QTest::qWait(300);
+        grow(path, 10);
+        QElapsedTimer sinceSecond;
+        sinceSecond.start();
+        QVERIFY(checked.wait(3000));
+        const qint64 elapsed = sinceSecond.elapsed();
+        QCOMPARE(checked.count(), 1);
+        QVERIFY2(elapsed >= 550 && elapsed < 1000, qPrintable(QString::number(elapsed)));
+        QCOMPARE(statusOf(*store, "iso.part"), DownloadItem::Status::ready);
+        QVERIFY(!checked.wait(900)); // settled: no further checks
+    }
+
+    void fileThatVanishesBeforeItsCheckSettlesAtZero()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("gone.part");
+        makeFile(path, 10);
+        auto store = watching(folder.path());
+        QSignalSpy checked(store.get(), &DownloadsStore::settleChecked);
+        grow(path, 10);
+        QTRY_COMPARE(statusOf(*store, "gone.part"), DownloadItem::Status::downloading);
+        QVERIFY(QFile::remove(path));
+        QTRY_VERIFY(store->items().isEmpty());
+        // First check measures 0 (changed), the next finds 0 again and stops.
+        QTRY_COMPARE_WITH_TIMEOUT(checked.count(), 2, 3000);
+        QVERIFY(!checked.wait(900));
+    }
+
+    void folderDeletedWhileWatchedEmptiesTheList()
+    {
+        QTemporaryDir parent;
+        const QString folder = parent.filePath("Downloads");
+        QVERIFY(QDir().mkpath(folder));
+        makeFile(folder + "/a.txt", 1);
+        auto store = watching(folder);
+        QCOMPARE(store->items().size(), 1);
+        QVERIFY(QDir(folder).removeRecursively());
+        QTRY_VERIFY(store->items().isEmpty());
+        store->refresh();
+        QVERIFY(store->items().isEmpty());
+    }
+
+    void missingFolderIsAnEmptyListWithoutWatching()
+    {
+        QTemporaryDir parent;
+        auto store = watching(parent.filePath("nowhere"));
+        QVERIFY(store->items().isEmpty());
+        QVERIFY(!store->isWatching());
+    }
+
+    void defaultFolderIsTheUsersDownloads()
+    {
+        DownloadsStore store(std::nullopt, nullptr);
+        QCOMPARE(store.folder(), QDir::home().filePath(QStringLiteral("Downloads")));
+    }
+
+    void undatedFilesSortLastAndEqualDatesKeepTheirOrder()
+    {
+        const QDateTime t = base;
+        QList<DownloadItem> items = {
+            {QUrl::fromLocalFile("/d/undated"), "undated", QDateTime(), DownloadItem::Status::ready},
+            {QUrl::fromLocalFile("/d/a"), "a", t, DownloadItem::Status::ready},
+            {QUrl::fromLocalFile("/d/b"), "b", t, DownloadItem::Status::ready},
+            {QUrl::fromLocalFile("/d/newer"), "newer", t.addSecs(1), DownloadItem::Status::ready},
+        };
+        QStringList sorted;
+        for (const DownloadItem &item : DownloadRules::newestFirst(items))
+            sorted << item.name;
+        QCOMPARE(sorted, QStringList({"newer", "a", "b", "undated"}));
+    }
+
+    void statusRule()
+    {
+        QCOMPARE(DownloadRules::statusFor(std::nullopt, 5000), DownloadItem::Status::ready);
+        QCOMPARE(DownloadRules::statusFor(1000, 5000), DownloadItem::Status::downloading);
+        QCOMPARE(DownloadRules::statusFor(5000, 5000), DownloadItem::Status::ready);
+        QCOMPARE(rawValue(DownloadItem::Status::downloading), QStringLiteral("downloading"));
+        QCOMPARE(rawValue(DownloadItem::Status::ready), QStringLiteral("ready"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDownloadsStore)
+#include "test_downloads_store.moc"
