@@ -1,0 +1,224 @@
+#include "modules/timer/timer_math.h"
+#include "modules/timer/timer_session.h"
+#include "platform/dbus/user_notifications.h"
+#include "platform/x11/system_bell.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ledgewise;
+
+namespace {
+
+class FakeNotifications final : public UserNotifications
+{
+public:
+    void requestAuthorization(QObject *, std::function<void(bool)> answer) override
+    {
+        ++authorizationRequests;
+        answer(granted);
+    }
+    void add(const NotificationRequest &request) override { pending.insert(request.identifier, request); }
+    void removePending(const QString &identifier) override
+    {
+        ++removals;
+        pending.remove(identifier);
+    }
+
+    bool granted = true;
+    int authorizationRequests = 0;
+    int removals = 0;
+    QMap<QString, NotificationRequest> pending;
+};
+
+class CountingBell final : public SystemBell
+{
+public:
+    void ring() override { ++rings; }
+    int rings = 0;
+};
+
+struct Fixture {
+    Fixture() : session(&notifications, &bell, [this] { return now; }) {}
+    void advance(double seconds) { now += qint64(seconds * 1000); }
+
+    qint64 now = 1'800'000'000'000;
+    FakeNotifications notifications;
+    CountingBell bell;
+    TimerSession session;
+};
+
+const QString id = QStringLiteral("ledgewise.timer.complete");
+
+} // namespace
+
+class TestTimerSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void clockTexts_data()
+    {
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("0") << 0.0 << "0:00";
+        QTest::newRow("0.2") << 0.2 << "0:01";
+        QTest::newRow("59.01") << 59.01 << "1:00";
+        QTest::newRow("60") << 60.0 << "1:00";
+        QTest::newRow("61") << 61.0 << "1:01";
+        QTest::newRow("299.4") << 299.4 << "5:00";
+        QTest::newRow("600") << 600.0 << "10:00";
+        QTest::newRow("10800") << 10800.0 << "180:00";
+    }
+    void clockTexts()
+    {
+        QFETCH(double, seconds);
+        QFETCH(QString, text);
+        QCOMPARE(TimerMath::formatted(seconds), text);
+    }
+
+    void freshSessionIsIdle()
+    {
+        Fixture f;
+        QVERIFY(!f.session.isRunning());
+        QCOMPARE(f.session.remaining(), 0.0);
+        QCOMPARE(f.session.lastPresetMinutes(), 5);
+        QVERIFY(!f.session.isTicking());
+        QCOMPARE(f.notifications.authorizationRequests, 0);
+    }
+
+    void startShowsTheFullDurationAtOnce()
+    {
+        Fixture f;
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        f.session.start(300);
+        QCOMPARE(f.session.remaining(), 300.0);
+        QCOMPARE(f.session.remainingText(), QStringLiteral("5:00"));
+        QCOMPARE(f.session.endDate(), f.now + 300'000);
+        QVERIFY(f.session.isTicking());
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(f.notifications.pending.size(), 1);
+        const NotificationRequest request = f.notifications.pending.value(id);
+        QCOMPARE(request.title, QStringLiteral("Timer finished"));
+        QCOMPARE(request.body, QStringLiteral("Ledgewise"));
+        QCOMPARE(request.delaySeconds, 300.0);
+    }
+
+    void pulsesRecomputeFromTheEndDate()
+    {
+        Fixture f;
+        f.session.start(300);
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        f.advance(2.5);
+        f.session.pulse();
+        QCOMPARE(f.session.remaining(), 297.5);
+        QCOMPARE(f.session.remainingText(), QStringLiteral("4:58"));
+        QCOMPARE(changes.count(), 0); // not once a second
+    }
+
+    void theEndBeepsOnceAndGoesIdle()
+    {
+        Fixture f;
+        f.session.start(10);
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        f.advance(12);
+        f.session.pulse();
+        QCOMPARE(f.session.remaining(), 0.0);
+        QVERIFY(!f.session.isRunning());
+        QVERIFY(!f.session.isTicking());
+        QCOMPARE(f.bell.rings, 1);
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(f.notifications.pending.size(), 1); // left for the desktop to show
+        f.advance(5);
+        f.session.pulse();
+        QCOMPARE(f.session.remaining(), 0.0);
+        QCOMPARE(f.bell.rings, 1);
+    }
+
+    void zeroDurationFinishesAtOnce()
+    {
+        Fixture f;
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        f.session.start(0);
+        QCOMPARE(f.bell.rings, 1);
+        QCOMPARE(changes.count(), 2);
+        QVERIFY(!f.session.isRunning());
+        QCOMPARE(f.notifications.pending.value(id).delaySeconds, 1.0);
+    }
+
+    void restartKeepsOneTickerAndOnePendingNotification()
+    {
+        Fixture f;
+        f.session.start(300);
+        f.advance(10);
+        f.session.start(600);
+        QCOMPARE(f.session.endDate(), f.now + 600'000);
+        QCOMPARE(f.session.remaining(), 600.0);
+        QVERIFY(f.session.isTicking());
+        QCOMPARE(f.notifications.pending.size(), 1);
+        QCOMPARE(f.notifications.pending.value(id).delaySeconds, 600.0);
+        QCOMPARE(f.notifications.removals, 2);
+        QCOMPARE(f.bell.rings, 0);
+    }
+
+    void cancelStopsWithoutBeepAndWithdraws()
+    {
+        Fixture f;
+        f.session.start(300);
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        f.session.cancel();
+        QVERIFY(!f.session.isRunning());
+        QCOMPARE(f.session.remaining(), 0.0);
+        QVERIFY(!f.session.isTicking());
+        QVERIFY(f.notifications.pending.isEmpty());
+        QCOMPARE(f.bell.rings, 0);
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void cancelWhileIdleOnlyAnnounces()
+    {
+        Fixture f;
+        QSignalSpy changes(&f.session, &TimerSession::timerDidChange);
+        QSignalSpy ends(&f.session, &TimerSession::endDateChanged);
+        QSignalSpy remaining(&f.session, &TimerSession::remainingChanged);
+        f.session.cancel();
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(ends.count(), 0);
+        QCOMPARE(remaining.count(), 0);
+    }
+
+    void refusedPermissionStillRunsAndBeeps()
+    {
+        Fixture f;
+        f.notifications.granted = false;
+        f.session.start(5);
+        QVERIFY(f.notifications.pending.isEmpty());
+        f.advance(5);
+        f.session.pulse();
+        QCOMPARE(f.bell.rings, 1);
+    }
+
+    void tickerRunsOnItsOwnEverySecond()
+    {
+        TimerSession session(nullptr, nullptr);
+        QSignalSpy remaining(&session, &TimerSession::remainingChanged);
+        session.start(1.5);
+        QTRY_VERIFY_WITH_TIMEOUT(!session.isRunning(), 4000);
+        QCOMPARE(session.remaining(), 0.0);
+        QVERIFY(remaining.count() >= 2);
+    }
+
+    void lastPresetIsARecordOfTheLastChoice()
+    {
+        Fixture f;
+        QSignalSpy changed(&f.session, &TimerSession::lastPresetMinutesChanged);
+        f.session.setLastPresetMinutes(15);
+        f.session.setLastPresetMinutes(15);
+        QCOMPARE(f.session.lastPresetMinutes(), 15);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(QByteArray(ledgewiseTimerDidChange), QByteArray("Ledgewise.timerDidChange"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTimerSession)
+#include "test_timer_session.moc"
