@@ -9,13 +9,19 @@ namespace ledgewise {
 class KeyValueStore;
 class PreferencesStore;
 class ModuleRegistry;
+class Pasteboard;
+class ClipboardStore;
+class TimerSession;
+class DownloadsStore;
+class FreedesktopNotifications;
+class SystemBell;
 namespace GlobalShortcuts {
 class Store;
 }
 
-// The application's shared state: it owns the settings store, the preferences, the
-// module catalogue (and, as they arrive, the data stores and the surfaces) for the life
-// of the process, and runs the start-up sequence.
+// The application's shared state: it owns the settings, the preferences, the three
+// data stores, the module catalogue and the shortcuts for the life of the process, and
+// runs the start-up sequence.
 class AppModel : public QObject
 {
     Q_OBJECT
@@ -27,6 +33,9 @@ public:
     ~AppModel() override;
 
     PreferencesStore &prefs() const { return *m_prefs; }
+    ClipboardStore &clipboard() const { return *m_clipboard; }
+    TimerSession &timer() const { return *m_timer; }
+    DownloadsStore &downloads() const { return *m_downloads; }
     ModuleRegistry &modules() const { return *m_modules; }
     KeyValueStore &settings() const { return *m_settings; }
     GlobalShortcuts::Store &shortcuts() const { return *m_shortcuts; }
@@ -45,6 +54,12 @@ private:
 
     std::unique_ptr<KeyValueStore> m_settings;
     std::unique_ptr<PreferencesStore> m_prefs;
+    std::unique_ptr<Pasteboard> m_pasteboard;
+    std::unique_ptr<ClipboardStore> m_clipboard;
+    std::unique_ptr<FreedesktopNotifications> m_notifications;
+    std::unique_ptr<SystemBell> m_bell;
+    std::unique_ptr<TimerSession> m_timer;
+    std::unique_ptr<DownloadsStore> m_downloads;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
     bool m_started = false;

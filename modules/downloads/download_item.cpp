@@ -11,17 +11,19 @@ QString rawValue(DownloadItem::Status status)
 
 namespace DownloadRules {
 
+bool isLater(const QDateTime &a, const QDateTime &b)
+{
+    if (!a.isValid())
+        return false;
+    if (!b.isValid())
+        return true;
+    return a > b;
+}
+
 QList<DownloadItem> newestFirst(QList<DownloadItem> items)
 {
-    // An undated file counts as the distant past.
-    const auto isLater = [](const DownloadItem &a, const DownloadItem &b) {
-        if (!a.modified.isValid())
-            return false;
-        if (!b.modified.isValid())
-            return true;
-        return a.modified > b.modified;
-    };
-    std::stable_sort(items.begin(), items.end(), isLater);
+    std::stable_sort(items.begin(), items.end(),
+                     [](const DownloadItem &a, const DownloadItem &b) { return isLater(a.modified, b.modified); });
     return items;
 }
 

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <optional>
+
 namespace ledgewise {
 
 struct DownloadItem {
@@ -25,6 +27,10 @@ namespace DownloadRules {
 
 // The panel shows no more than this many files; every file is still measured.
 inline constexpr qsizetype maximumItems = 12;
+
+// Whether a file modified at `a` sorts before one modified at `b`: strictly later
+// first; a missing (invalid) date counts as the distant past.
+bool isLater(const QDateTime &a, const QDateTime &b);
 
 // Newest first; equal dates keep their order; files without a date go last.
 QList<DownloadItem> newestFirst(QList<DownloadItem> items);

@@ -4,10 +4,56 @@
 #include "platform/xdg/standard_folders.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QTimeZone>
 #include <QTimer>
 
+#include <algorithm>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace ledgewise {
+
+namespace {
+
+struct FolderEntry {
+    QString path;
+    QString name;
+    qint64 size = 0;
+    qint64 modifiedMs = 0; // a file on disk always has one
+    DownloadItem::Status status = DownloadItem::Status::ready;
+};
+
+// The regular files of a folder's top level, with one lstat each: no folders, no
+// symbolic links, no hidden (dot) names. Empty when the folder cannot be read.
+QList<FolderEntry> regularFilesIn(const QString &folder)
+{
+    QList<FolderEntry> entries;
+    const QByteArray encoded = QFile::encodeName(folder);
+    DIR *dir = ::opendir(encoded.constData());
+    if (!dir)
+        return entries;
+    const int dirFd = ::dirfd(dir);
+    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    while (const dirent *entry = ::readdir(dir)) {
+        if (entry->d_name[0] == '.')
+            continue;
+        if (entry->d_type != DT_REG && entry->d_type != DT_UNKNOWN)
+            continue;
+        struct stat st {};
+        if (::fstatat(dirFd, entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode))
+            continue;
+        const QString name = QFile::decodeName(entry->d_name);
+        const qint64 modified = qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1'000'000;
+        entries.append({prefix + name, name, qint64(st.st_size), modified, DownloadItem::Status::ready});
+    }
+    ::closedir(dir);
+    return entries;
+}
+
+} // namespace
 
 DownloadsStore::DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher,
                                QObject *parent)
@@ -36,33 +82,27 @@ bool DownloadsStore::isWatching() const
 
 void DownloadsStore::refresh()
 {
-    // Regular files of the top level only: no folders, no symbolic links, and no hidden
-    // names (QDir leaves out dot files unless asked for them).
-    const QDir dir(m_folder);
-    const QFileInfoList entries = dir.exists()
-        ? dir.entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Unsorted)
-        : QFileInfoList();
+    QList<FolderEntry> entries = regularFilesIn(m_folder);
 
-    QList<DownloadItem> scanned;
-    scanned.reserve(entries.size());
-    for (const QFileInfo &info : entries) {
-        if (!info.isFile() || info.isHidden())
-            continue;
-        const QString path = info.absoluteFilePath();
-        const qint64 size = info.size();
-        const auto last = m_lastSizes.constFind(path);
-        const auto status =
-            DownloadRules::statusFor(last == m_lastSizes.cend() ? std::nullopt : std::optional(*last), size);
-        m_lastSizes.insert(path, size);
-        if (status == DownloadItem::Status::downloading)
-            scheduleSettleCheck(path);
-        scanned.append({QUrl::fromLocalFile(path), info.fileName(),
-                        info.fileTime(QFileDevice::FileModificationTime), status});
+    // Every file is measured; only the newest few become items.
+    for (FolderEntry &entry : entries) {
+        const auto last = m_lastSizes.constFind(entry.path);
+        entry.status =
+            DownloadRules::statusFor(last == m_lastSizes.cend() ? std::nullopt : std::optional(*last), entry.size);
+        m_lastSizes.insert(entry.path, entry.size);
+        if (entry.status == DownloadItem::Status::downloading)
+            scheduleSettleCheck(entry.path);
     }
+    // Newest first, equal times in listing order.
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const FolderEntry &a, const FolderEntry &b) { return a.modifiedMs > b.modifiedMs; });
 
-    QList<DownloadItem> newest = DownloadRules::newestFirst(std::move(scanned));
-    if (newest.size() > DownloadRules::maximumItems)
-        newest.resize(DownloadRules::maximumItems);
+    QList<DownloadItem> newest;
+    for (qsizetype i = 0; i < entries.size() && i < DownloadRules::maximumItems; ++i) {
+        const FolderEntry &entry = entries[i];
+        newest.append({QUrl::fromLocalFile(entry.path), entry.name,
+                       QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), entry.status});
+    }
     if (newest != m_items) {
         m_items = std::move(newest);
         emit itemsChanged();

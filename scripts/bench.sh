@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Builds and runs every benchmark on a private virtual display and prints the figures.
+# LEDGEWISE_BENCH_SECONDS shortens the idle measurements (60 s each by default).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/install-deps.sh
+cmake --preset default >/dev/null
+cmake --build --preset default
+for bench in build/default/bench/*/bench_*; do
+  [ -f "$bench" ] && [ -x "$bench" ] || continue
+  tests/support/isolated.sh --display "$bench" 2>&1 | grep -v 'dbus-daemon\|QProcess: Destroyed'
+done
