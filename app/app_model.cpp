@@ -1,6 +1,11 @@
 #include "app/app_model.h"
 
 #include "app/preferences_store.h"
+#include "app/qml_modules.h"
+#include "dragdrop/drop_actions.h"
+#include "platform/xdg/standard_folders.h"
+#include "platform/xdg/url_opener.h"
+#include "surfaces/notch_controller.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "modules/downloads/downloads_store.h"
 #include "modules/module_registry.h"
@@ -9,6 +14,10 @@
 #include "platform/dbus/freedesktop_notifications.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QQmlEngine>
 #include "shortcuts/application_shortcuts.h"
 #include "shortcuts/shortcut_store.h"
 
@@ -20,7 +29,8 @@ AppModel::AppModel()
 }
 
 AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
-    : m_settings(std::move(settings))
+    : SurfaceContext(nullptr)
+    , m_settings(std::move(settings))
     , m_prefs(std::make_unique<PreferencesStore>(*m_settings))
     , m_pasteboard(std::make_unique<QtPasteboard>())
     , m_clipboard(std::make_unique<ClipboardStore>(*m_pasteboard, std::nullopt, 50, true))
@@ -30,11 +40,15 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_downloads(DownloadsStore::createWatching())
     , m_modules(std::make_unique<ModuleRegistry>(makePlaceholderModules()))
     , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
+    , m_opener(std::make_unique<DesktopUrlOpener>())
 {
+    connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
 }
 
 AppModel::~AppModel()
 {
+    // The surfaces go first: they read the stores until they are closed.
+    m_notchController.reset();
     saveAll();
 }
 
@@ -44,6 +58,13 @@ void AppModel::start()
         return;
     m_started = true;
     registerShortcuts();
+    m_engine = std::make_unique<QQmlEngine>();
+    addLedgewiseQmlModules(*m_engine);
+    m_notchController = std::make_unique<NotchController>(this, *m_engine);
+    connect(m_notchController.get(), &NotchController::contextMenuRequested, this, &AppModel::showContextMenu);
+    m_notchController->listen();
+    m_notchController->rebuild(false);
+    m_notchController->syncTimerPulse();
 }
 
 void AppModel::registerShortcuts()
@@ -55,6 +76,75 @@ void AppModel::registerShortcuts()
 
 void AppModel::reopen()
 {
+    openSettings();
+}
+
+QList<LedgewiseModule *> AppModel::modulesOf(NotchSide side)
+{
+    return m_modules->modules(side, m_prefs->current());
+}
+
+QString AppModel::clipboardSnippet()
+{
+    return m_clipboard->glanceSnippet();
+}
+
+std::optional<QString> AppModel::newestDownloadName()
+{
+    if (m_downloads->items().isEmpty())
+        return std::nullopt;
+    return m_downloads->items().constFirst().name;
+}
+
+std::optional<QString> AppModel::runningCountdownText()
+{
+    if (!m_timer->isRunning())
+        return std::nullopt;
+    return m_timer->remainingText();
+}
+
+QObject *AppModel::timerSession()
+{
+    return m_timer.get();
+}
+
+void AppModel::performDropAction(DropAction action, const DropPayload &payload)
+{
+    DropActions::Context context{*m_pasteboard, *m_opener, StandardFolders::downloads()};
+    DropActions::perform(action, payload, context);
+}
+
+void AppModel::openSettings()
+{
+    // The settings window arrives with its own work; until then there is nothing to open.
+}
+
+void AppModel::checkForUpdates()
+{
+    // Updates are checked by the update controller, which arrives with its own work.
+}
+
+void AppModel::quit()
+{
+    QCoreApplication::quit();
+}
+
+QMenu *AppModel::contextMenu()
+{
+    if (!m_contextMenu) {
+        m_contextMenu = std::make_unique<QMenu>();
+        m_contextMenu->setObjectName(QStringLiteral("surfaceMenu"));
+        m_contextMenu->addAction(QStringLiteral("Settings…"), this, &AppModel::openSettings);
+        m_contextMenu->addAction(QStringLiteral("Check for Updates…"), this, &AppModel::checkForUpdates);
+        m_contextMenu->addSeparator();
+        m_contextMenu->addAction(QStringLiteral("Quit Ledgewise"), this, &AppModel::quit);
+    }
+    return m_contextMenu.get();
+}
+
+void AppModel::showContextMenu(QPoint globalPosition)
+{
+    contextMenu()->popup(globalPosition);
 }
 
 void AppModel::saveAll()

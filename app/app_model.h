@@ -1,8 +1,13 @@
 #pragma once
 
+#include "surfaces/surface_context.h"
+
 #include <QObject>
 
 #include <memory>
+
+class QQmlEngine;
+class QMenu;
 
 namespace ledgewise {
 
@@ -15,6 +20,8 @@ class TimerSession;
 class DownloadsStore;
 class FreedesktopNotifications;
 class SystemBell;
+class NotchController;
+class UrlOpener;
 namespace GlobalShortcuts {
 class Store;
 }
@@ -22,7 +29,7 @@ class Store;
 // The application's shared state: it owns the settings, the preferences, the three
 // data stores, the module catalogue and the shortcuts for the life of the process, and
 // runs the start-up sequence.
-class AppModel : public QObject
+class AppModel : public SurfaceContext
 {
     Q_OBJECT
 
@@ -39,6 +46,23 @@ public:
     ModuleRegistry &modules() const { return *m_modules; }
     KeyValueStore &settings() const { return *m_settings; }
     GlobalShortcuts::Store &shortcuts() const { return *m_shortcuts; }
+    // Present once started.
+    NotchController *notchController() const { return m_notchController.get(); }
+
+    // SurfaceContext
+    PreferencesStore &preferencesStore() override { return *m_prefs; }
+    QList<LedgewiseModule *> modulesOf(NotchSide side) override;
+    QString clipboardSnippet() override;
+    std::optional<QString> newestDownloadName() override;
+    std::optional<QString> runningCountdownText() override;
+    QObject *timerSession() override;
+    void performDropAction(DropAction action, const DropPayload &payload) override;
+    void openSettings() override;
+    void checkForUpdates() override;
+    void quit() override;
+
+    // The surfaces' menu: "Settings…", "Check for Updates…", "Quit Ledgewise".
+    QMenu *contextMenu();
 
     // Registers the global shortcuts and brings up the surfaces. Called once.
     void start();
@@ -51,6 +75,7 @@ public slots:
 
 private:
     void registerShortcuts();
+    void showContextMenu(QPoint globalPosition);
 
     std::unique_ptr<KeyValueStore> m_settings;
     std::unique_ptr<PreferencesStore> m_prefs;
@@ -62,6 +87,10 @@ private:
     std::unique_ptr<DownloadsStore> m_downloads;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
+    std::unique_ptr<UrlOpener> m_opener;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<NotchController> m_notchController;
+    std::unique_ptr<QMenu> m_contextMenu;
     bool m_started = false;
 };
 

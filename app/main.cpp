@@ -5,7 +5,7 @@
 #include "platform/dbus/application_service.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <cstdio>
 #include <memory>
@@ -46,7 +46,8 @@ int main(int argc, char *argv[])
     if (command.action == CommandLine::Action::Quit)
         return quitRunningInstance(argc, argv);
 
-    QGuiApplication app(argc, argv);
+    // Widgets only for the surfaces' menu and the file choosers; the surfaces are Qt Quick.
+    QApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setOrganizationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setApplicationVersion(QStringLiteral(LEDGEWISE_VERSION));

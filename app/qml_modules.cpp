@@ -7,6 +7,7 @@
 // linker from dropping their type registrations.
 Q_IMPORT_QML_PLUGIN(Ledgewise_SurfacesPlugin)
 Q_IMPORT_QML_PLUGIN(Ledgewise_ModulesPlugin)
+Q_IMPORT_QML_PLUGIN(Ledgewise_DragDropPlugin)
 
 namespace ledgewise {
 

@@ -1,0 +1,106 @@
+import QtQuick
+import QtQuick.Layouts
+import Ledgewise.Surfaces
+
+// What can be done with a drop: its summary, a row of Copy, Save, Share and Open, and
+// AirDrop alone below. It only reports the chosen action.
+ColumnLayout {
+    id: view
+    property string summary
+    // [{ action, title, symbol }] in the order they are offered.
+    property var actions: []
+    signal actionChosen(string action)
+
+    spacing: 10
+
+    Text {
+        objectName: "dropSummary"
+        Layout.fillWidth: true
+        text: view.summary
+        color: NotchChrome.ivory
+        font.pixelSize: 11
+        font.weight: Font.Medium
+        maximumLineCount: 2
+        wrapMode: Text.Wrap
+        elide: Text.ElideRight
+    }
+
+    RowLayout {
+        objectName: "dropActionRow"
+        Layout.fillWidth: true
+        spacing: 6
+        Repeater {
+            model: view.actions.filter(entry => entry.action !== "airDrop")
+            delegate: Rectangle {
+                id: button
+                required property var modelData
+                objectName: "dropAction_" + modelData.action
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                implicitHeight: column.implicitHeight + 16
+                radius: 8
+                color: Qt.rgba(NotchChrome.ivory.r, NotchChrome.ivory.g, NotchChrome.ivory.b, 0.08)
+                Accessible.role: Accessible.Button
+                Accessible.name: modelData.title
+                Accessible.onPressAction: view.actionChosen(modelData.action)
+
+                Column {
+                    id: column
+                    anchors.centerIn: parent
+                    spacing: 4
+                    Symbol {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        name: button.modelData.symbol
+                        size: 12
+                    }
+                    Text {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        text: button.modelData.title
+                        color: NotchChrome.ivory
+                        font.pixelSize: 9
+                        font.weight: Font.Medium
+                    }
+                }
+                MouseArea {
+                    anchors.fill: parent
+                    onClicked: view.actionChosen(button.modelData.action)
+                }
+            }
+        }
+    }
+
+    Rectangle {
+        id: airDrop
+        objectName: "dropAction_airDrop"
+        readonly property var entry: view.actions.find(e => e.action === "airDrop") || ({ title: "AirDrop", symbol: "dot.radiowaves.left.and.right" })
+        Layout.fillWidth: true
+        implicitHeight: airDropLabel.implicitHeight + 12
+        radius: height / 2
+        color: Qt.rgba(NotchChrome.ivory.r, NotchChrome.ivory.g, NotchChrome.ivory.b, 0.08)
+        Accessible.role: Accessible.Button
+        Accessible.name: entry.title
+        Accessible.onPressAction: view.actionChosen("airDrop")
+
+        Row {
+            id: airDropLabel
+            anchors.centerIn: parent
+            spacing: 6
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                name: airDrop.entry.symbol
+                size: 11
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: airDrop.entry.title
+                color: NotchChrome.ivory
+                font.pixelSize: 11
+                font.weight: Font.Medium
+            }
+        }
+        MouseArea {
+            anchors.fill: parent
+            onClicked: view.actionChosen("airDrop")
+        }
+    }
+}

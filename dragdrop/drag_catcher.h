@@ -1,0 +1,63 @@
+#pragma once
+
+#include "dragdrop/drop_payload.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QSizeF>
+
+#include <memory>
+
+class QMimeData;
+
+namespace ledgewise {
+
+// Who hears about drags over a surface.
+class DragDestinationHandling
+{
+public:
+    virtual ~DragDestinationHandling() = default;
+    virtual void dragDidEnter(std::shared_ptr<const DropPayload> payload) = 0;
+    virtual void dragDidExit() = 0;
+    virtual void dragDidDrop(std::shared_ptr<const DropPayload> payload) = 0;
+};
+
+// Takes drags onto a surface: reads the payload afresh at entry, before the drop and at
+// the drop, offers only copying (a drop never moves the source's files), and answers
+// only inside the rounded shape.
+class DragCatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DragCatcher(QObject *parent = nullptr);
+
+    // The handler is never kept alive by the catcher; `guard` is the object whose
+    // lifetime the handler shares.
+    void setHandler(DragDestinationHandling *handler, QObject *guard);
+
+    double pillCornerRadius() const { return m_pillCornerRadius; }
+    void setPillCornerRadius(double radius) { m_pillCornerRadius = radius; }
+
+    // Whether a point of a surface of `bounds` lies inside its rounded shape.
+    bool contains(const QSizeF &bounds, const QPointF &point) const;
+
+    // The dragging callbacks: true means copy, false none.
+    bool draggingEntered(const QMimeData &data);
+    bool draggingUpdated(const QMimeData &data) const;
+    void draggingExited();
+    bool prepareForDragOperation(const QMimeData &data) const;
+    bool performDragOperation(const QMimeData &data);
+
+    // Catches the drag events of the window it is installed on.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    DragDestinationHandling *handler() const { return m_guard ? m_handler : nullptr; }
+
+    DragDestinationHandling *m_handler = nullptr;
+    QPointer<QObject> m_guard;
+    double m_pillCornerRadius = 14;
+};
+
+} // namespace ledgewise

@@ -1,0 +1,62 @@
+#include "platform/x11/global_click_monitor.h"
+
+#include <QSocketNotifier>
+
+#include <xcb/xcb.h>
+#include <xcb/xinput.h>
+
+#include <cstdlib>
+
+namespace ledgewise {
+
+GlobalClickMonitor::GlobalClickMonitor(QObject *parent)
+    : QObject(parent)
+{
+    // A connection of our own, so these events never mix with Qt's.
+    m_connection = xcb_connect(nullptr, nullptr);
+    if (!m_connection || xcb_connection_has_error(m_connection))
+        return;
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(m_connection, &xcb_input_id);
+    if (!extension || !extension->present)
+        return;
+    m_xinputOpcode = extension->major_opcode;
+    auto *version = xcb_input_xi_query_version_reply(m_connection, xcb_input_xi_query_version(m_connection, 2, 0),
+                                                     nullptr);
+    const bool hasXi2 = version && version->major_version >= 2;
+    std::free(version);
+    if (!hasXi2)
+        return;
+
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    struct {
+        xcb_input_event_mask_t head;
+        uint32_t mask;
+    } selection = {{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+    xcb_input_xi_select_events(m_connection, root, 1, &selection.head);
+    xcb_flush(m_connection);
+
+    m_notifier = new QSocketNotifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &GlobalClickMonitor::readEvents);
+}
+
+GlobalClickMonitor::~GlobalClickMonitor()
+{
+    delete m_notifier;
+    if (m_connection)
+        xcb_disconnect(m_connection);
+}
+
+void GlobalClickMonitor::readEvents()
+{
+    while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
+        const bool rawPress = (event->response_type & 0x7f) == XCB_GE_GENERIC
+            && reinterpret_cast<xcb_ge_generic_event_t *>(event)->extension == m_xinputOpcode
+            && reinterpret_cast<xcb_ge_generic_event_t *>(event)->event_type == XCB_INPUT_RAW_BUTTON_PRESS;
+        const int button = rawPress ? int(reinterpret_cast<xcb_input_raw_button_press_event_t *>(event)->detail) : 0;
+        std::free(event);
+        if (rawPress)
+            emit buttonPressed(button);
+    }
+}
+
+} // namespace ledgewise

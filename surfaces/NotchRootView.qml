@@ -1,0 +1,124 @@
+import QtQuick
+import QtQuick.Layouts
+import Ledgewise.Surfaces
+import Ledgewise.DragDrop
+
+// One side surface: the dark rounded shape, and by presentation a small bar, a symbol
+// with a short text, or the side's modules (the drop actions while something was
+// dropped). Everything it shows comes from its controller and surface model.
+Item {
+    id: root
+    required property QtObject controller
+    readonly property QtObject surface: controller.surface
+    readonly property string presentation: surface.presentation
+    readonly property bool expanded: presentation === "expanded"
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: surface.side === "left" ? "Ledgewise left surface" : "Ledgewise right surface"
+
+    Rectangle {
+        objectName: "surfaceFill"
+        anchors.fill: parent
+        radius: root.controller.pillRadius
+        color: NotchChrome.fill
+        opacity: root.controller.fillOpacity
+    }
+    Rectangle {
+        objectName: "classicRim"
+        anchors.fill: parent
+        radius: root.controller.pillRadius
+        color: "transparent"
+        border.width: 1
+        border.color: NotchChrome.ivory
+        opacity: 0.08
+        visible: root.controller.classicRim
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onContainsMouseChanged: root.controller.hoverChanged(containsMouse)
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.controller.secondaryClicked()
+            else
+                root.controller.clicked()
+        }
+    }
+
+    Item {
+        id: content
+        anchors.fill: parent
+        anchors.leftMargin: root.presentation === "sleeping" ? 10 : 12
+        anchors.rightMargin: anchors.leftMargin
+        anchors.topMargin: root.expanded ? 4 : 6
+        anchors.bottomMargin: anchors.topMargin
+
+        Rectangle {
+            objectName: "sleepingBar"
+            visible: root.presentation === "sleeping"
+            anchors.centerIn: parent
+            width: 18
+            height: 3
+            radius: 1.5
+            color: NotchChrome.ivory
+            opacity: 0.22
+        }
+
+        Row {
+            objectName: "glanceRow"
+            visible: root.presentation === "glance" || root.presentation === "active"
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width
+            spacing: 6
+            Symbol {
+                name: root.surface.glanceSymbol
+                size: 11
+                anchors.verticalCenter: parent.verticalCenter
+            }
+            Text {
+                objectName: "glanceText"
+                width: parent.width - 17
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.surface.glanceText
+                color: NotchChrome.ivory
+                font.pixelSize: 11
+                font.weight: Font.Medium
+                elide: Text.ElideRight
+                maximumLineCount: 1
+            }
+        }
+
+        ColumnLayout {
+            objectName: "expandedPanel"
+            visible: root.expanded
+            anchors.fill: parent
+            anchors.topMargin: 10
+            anchors.bottomMargin: 8
+            spacing: 10
+
+            DropActionsView {
+                objectName: "dropActions"
+                visible: root.surface.hasDropPayload
+                Layout.fillWidth: true
+                summary: root.controller.dropSummary
+                actions: root.controller.dropActions
+                onActionChosen: action => root.controller.performDropAction(action)
+            }
+
+            Repeater {
+                model: root.surface.hasDropPayload ? [] : root.controller.modules
+                delegate: Loader {
+                    required property QtObject modelData
+                    Layout.fillWidth: true
+                    Component.onCompleted: setSource(modelData.expandedView, modelData.expandedViewProperties)
+                }
+            }
+
+            Item {
+                Layout.fillHeight: true
+            }
+        }
+    }
+}

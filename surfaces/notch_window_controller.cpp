@@ -1,0 +1,405 @@
+#include "surfaces/notch_window_controller.h"
+
+#include "app/preferences_store.h"
+#include "dragdrop/drop_actions.h"
+#include "modules/ledgewise_module.h"
+#include "platform/x11/global_click_monitor.h"
+#include "surfaces/notch_layout.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QQmlEngine>
+#include <QQuickView>
+#include <QRegion>
+#include <QScreen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ledgewise {
+
+namespace {
+
+constexpr double baseAnimationSeconds = 0.38;
+constexpr double reducedMotionSeconds = 0.12;
+constexpr int fadeMs = 120;
+constexpr double fadeStartOpacity = 0.86;
+
+double primaryHeight()
+{
+    const QScreen *primary = QGuiApplication::primaryScreen();
+    return primary ? primary->geometry().height() : 0;
+}
+
+QEasingCurve surfaceCurve()
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment(QPointF(0.16, 1.0), QPointF(0.3, 1.0), QPointF(1.0, 1.0));
+    return curve;
+}
+
+// The window's shape: the rounded surface, so clicks in the transparent corners reach
+// whatever lies behind, and the corners are cut even without a compositor.
+QRegion roundedRegion(const QSize &size, double radius)
+{
+    if (radius <= 0)
+        return QRegion(QRect(QPoint(0, 0), size));
+    QPainterPath path;
+    path.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), radius, radius);
+    return QRegion(path.toFillPolygon().toPolygon());
+}
+
+} // namespace
+
+NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapshot &display,
+                                             SurfaceContext *context, QQmlEngine &engine, QObject *parent)
+    : QObject(parent)
+    , m_context(context)
+    , m_display(display)
+    , m_surface(side)
+    , m_behaviour(m_surface, *this, *this)
+    , m_window(std::make_unique<QQuickView>(&engine, nullptr))
+    , m_catcher(std::make_unique<DragCatcher>())
+{
+    m_hideWork.setSingleShot(true);
+    connect(&m_hideWork, &QTimer::timeout, this, [this] { m_behaviour.hideDidFire(); });
+
+    m_animation.setEasingCurve(surfaceCurve());
+    connect(&m_animation, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &value) { applyFrame(value.toRect()); });
+    connect(&m_animation, &QVariantAnimation::finished, this, &NotchWindowController::moveFinished);
+    m_fade.setStartValue(fadeStartOpacity);
+    m_fade.setEndValue(1.0);
+    m_fade.setDuration(fadeMs);
+    connect(&m_fade, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &value) { m_window->setOpacity(value.toDouble()); });
+
+    connect(&m_surface, &NotchSurfaceModel::dropPayloadChanged, this, &NotchWindowController::dropChanged);
+
+    QQuickView &window = *m_window;
+    // A surface hangs over any top panel, never takes focus and is left alone by the
+    // window manager (it places and stacks override-redirect windows as they are).
+    window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
+                    | Qt::X11BypassWindowManagerHint);
+    window.setTitle(windowTitle(side));
+    window.setColor(Qt::transparent);
+    window.setResizeMode(QQuickView::SizeRootObjectToView);
+    window.installEventFilter(m_catcher.get());
+    m_catcher->setHandler(this, this);
+    window.setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(static_cast<QObject *>(this))}});
+    window.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Surfaces/NotchRootView.qml")));
+    if (window.status() == QQuickView::Error) {
+        for (const QQmlError &error : window.errors())
+            qWarning("%s", qPrintable(error.toString()));
+    }
+    if (m_context) {
+        connect(&m_context->preferencesStore(), &PreferencesStore::currentChanged, this,
+                &NotchWindowController::appearanceChanged);
+    }
+    applyFrame(targetFrame(NotchPresentation::sleeping));
+}
+
+NotchWindowController::~NotchWindowController()
+{
+    close();
+}
+
+QString NotchWindowController::windowTitle(NotchSide side)
+{
+    return side == NotchSide::left ? QStringLiteral("Ledgewise left surface") : QStringLiteral("Ledgewise right surface");
+}
+
+Preferences NotchWindowController::preferences() const
+{
+    return m_context ? m_context->preferencesStore().current() : Preferences::defaults();
+}
+
+QList<GlanceModule> NotchWindowController::modules(NotchSide side) const
+{
+    QList<GlanceModule> result;
+    if (!m_context)
+        return result;
+    for (const LedgewiseModule *module : m_context->modulesOf(side))
+        result.append({module->id(), module->title(), module->systemImage()});
+    return result;
+}
+
+QString NotchWindowController::clipboardSnippet() const
+{
+    return m_context ? m_context->clipboardSnippet() : QStringLiteral("Clipboard");
+}
+
+std::optional<QString> NotchWindowController::newestDownloadName() const
+{
+    return m_context ? m_context->newestDownloadName() : std::nullopt;
+}
+
+std::optional<QString> NotchWindowController::runningCountdownText() const
+{
+    return m_context ? m_context->runningCountdownText() : std::nullopt;
+}
+
+QRect NotchWindowController::targetFrame(NotchPresentation presentation) const
+{
+    const Rect frame = NotchLayout::frame(side(), presentation, preferences(), m_display);
+    return toTopLeft(frame, primaryHeight()).toAlignedRect();
+}
+
+QRect NotchWindowController::frameInScreen() const
+{
+    return m_window->geometry();
+}
+
+void NotchWindowController::show()
+{
+    m_window->show();
+    m_window->raise();
+}
+
+void NotchWindowController::close()
+{
+    m_animation.stop();
+    m_fade.stop();
+    m_hideWork.stop();
+    removeCollapseMonitors();
+    if (m_window)
+        m_window->close();
+}
+
+void NotchWindowController::presentFromCenter()
+{
+    const QRect target = targetFrame(m_surface.presentation());
+    const QRect screen = toTopLeft(m_display.frame, primaryHeight()).toAlignedRect();
+    const QRect start(screen.center().x() - target.width() / 2, screen.top(), target.width(), target.height());
+    applyFrame(start);
+    m_window->setOpacity(reduceMotion() ? 0.0 : 1.0);
+    show();
+    if (reduceMotion()) {
+        applyFrame(target);
+        m_fade.stop();
+        m_fade.setStartValue(0.0);
+        m_fade.setDuration(160);
+        m_fade.start();
+        return;
+    }
+    animate(target);
+}
+
+void NotchWindowController::moveToCurrentPresentation(const DisplaySnapshot &display)
+{
+    m_display = display;
+    move(m_surface.presentation(), false);
+    emit appearanceChanged();
+}
+
+int NotchWindowController::animationDurationMs(double animationSpeed, bool reduceMotion)
+{
+    const double seconds = reduceMotion ? reducedMotionSeconds : baseAnimationSeconds / std::max(animationSpeed, 0.25);
+    return int(std::lround(seconds * 1000));
+}
+
+bool NotchWindowController::reduceMotion() const
+{
+    return qEnvironmentVariableIntValue("LEDGEWISE_REDUCE_MOTION") == 1;
+}
+
+void NotchWindowController::presentationDidChange(NotchPresentation presentation, bool animated)
+{
+    if (presentation == NotchPresentation::expanded)
+        installCollapseMonitors();
+    else
+        removeCollapseMonitors();
+    move(presentation, animated);
+    emit appearanceChanged();
+}
+
+void NotchWindowController::move(NotchPresentation presentation, bool animated)
+{
+    const QRect target = targetFrame(presentation);
+    m_catcher->setPillCornerRadius(NotchLayout::cornerRadius(preferences().style, target.height(), preferences()));
+    if (animated && preferences().animateInterface && !reduceMotion()) {
+        animate(target);
+        return;
+    }
+    // Even a change without animation is marked by a short fade.
+    m_animation.stop();
+    applyFrame(target);
+    m_fade.stop();
+    m_fade.setStartValue(fadeStartOpacity);
+    m_fade.setDuration(fadeMs);
+    m_window->setOpacity(fadeStartOpacity);
+    m_fade.start();
+    emit moveFinished();
+}
+
+void NotchWindowController::animate(const QRect &to)
+{
+    m_animation.stop();
+    m_animation.setStartValue(m_window->geometry());
+    m_animation.setEndValue(to);
+    const double speed = m_context ? preferences().animationSpeed : 1.0;
+    m_animation.setDuration(animationDurationMs(speed, reduceMotion()));
+    m_window->setOpacity(1.0);
+    m_animation.start();
+}
+
+void NotchWindowController::applyFrame(const QRect &frame)
+{
+    m_window->setGeometry(frame);
+    const double radius = NotchLayout::cornerRadius(preferences().style, frame.height(), preferences());
+    m_window->setMask(roundedRegion(frame.size(), radius));
+}
+
+void NotchWindowController::scheduleHide(double seconds)
+{
+    m_hideWork.start(int(std::lround(seconds * 1000)));
+}
+
+void NotchWindowController::cancelHide()
+{
+    m_hideWork.stop();
+}
+
+void NotchWindowController::installCollapseMonitors()
+{
+    removeCollapseMonitors();
+    // Clicks in other applications reach us as raw events; our own through the
+    // application's event stream. Either only schedules the check.
+    m_globalMonitor = std::make_unique<GlobalClickMonitor>();
+    connect(m_globalMonitor.get(), &GlobalClickMonitor::buttonPressed, this, [this](int button) {
+        if (button == 1)
+            QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
+    });
+    qApp->installEventFilter(this);
+    m_localMonitor = true;
+}
+
+void NotchWindowController::removeCollapseMonitors()
+{
+    m_globalMonitor.reset();
+    if (m_localMonitor && qApp)
+        qApp->removeEventFilter(this);
+    m_localMonitor = false;
+}
+
+bool NotchWindowController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (m_localMonitor && event->type() == QEvent::MouseButtonPress && watched->isWindowType()
+        && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton) {
+        QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void NotchWindowController::collapseIfClickOutside()
+{
+    if (m_surface.presentation() != NotchPresentation::expanded)
+        return;
+    if (!m_window->geometry().contains(QCursor::pos()))
+        m_behaviour.clickedOutside();
+}
+
+double NotchWindowController::pillRadius() const
+{
+    const Preferences p = preferences();
+    double half = 14;
+    switch (m_surface.presentation()) {
+    case NotchPresentation::sleeping: half = 14; break;
+    case NotchPresentation::glance:
+    case NotchPresentation::active: half = 15; break;
+    case NotchPresentation::expanded: half = p.height * 0.5; break;
+    }
+    switch (p.style) {
+    case NotchStyle::classic: return p.cornerRadius;
+    case NotchStyle::pill: return half;
+    case NotchStyle::minimal: return std::min(half, 10.0);
+    }
+    return half;
+}
+
+double NotchWindowController::fillOpacity() const
+{
+    return preferences().opacity;
+}
+
+bool NotchWindowController::classicRim() const
+{
+    return preferences().style == NotchStyle::classic;
+}
+
+QList<QObject *> NotchWindowController::modules() const
+{
+    QList<QObject *> result;
+    if (!m_context)
+        return result;
+    for (LedgewiseModule *module : m_context->modulesOf(side()))
+        result.append(module);
+    return result;
+}
+
+QString NotchWindowController::dropSummary() const
+{
+    const DropPayload *payload = m_surface.dropPayload();
+    return payload ? payload->summary() : QString();
+}
+
+QVariantList NotchWindowController::dropActions()
+{
+    QVariantList actions;
+    for (DropAction action : allDropActions) {
+        actions.append(QVariantMap{{QStringLiteral("action"), rawValue(action)},
+                                   {QStringLiteral("title"), title(action)},
+                                   {QStringLiteral("symbol"), systemImage(action)}});
+    }
+    return actions;
+}
+
+void NotchWindowController::hoverChanged(bool hovering)
+{
+    m_behaviour.handleHover(hovering);
+}
+
+void NotchWindowController::clicked()
+{
+    if (m_surface.presentation() != NotchPresentation::expanded)
+        emit toggleRequested(side());
+}
+
+void NotchWindowController::secondaryClicked()
+{
+    emit contextMenuRequested(QCursor::pos());
+}
+
+void NotchWindowController::performDropAction(const QString &action)
+{
+    const auto dropAction = dropActionFromRaw(action);
+    const DropPayload *payload = m_surface.dropPayload();
+    if (!dropAction || !payload)
+        return;
+    // Keep the payload alive through the action, whatever the action does to the model.
+    const DropPayload copy = *payload;
+    if (m_context)
+        m_context->performDropAction(*dropAction, copy);
+    // Share leaves the item on the surface; every other action returns to the modules.
+    if (*dropAction != DropAction::share)
+        m_surface.setDropPayload(nullptr);
+}
+
+void NotchWindowController::dragDidEnter(std::shared_ptr<const DropPayload> payload)
+{
+    m_behaviour.dragDidEnter(std::move(payload));
+}
+
+void NotchWindowController::dragDidExit()
+{
+    m_behaviour.dragDidExit();
+}
+
+void NotchWindowController::dragDidDrop(std::shared_ptr<const DropPayload> payload)
+{
+    m_behaviour.dragDidDrop(std::move(payload));
+}
+
+} // namespace ledgewise

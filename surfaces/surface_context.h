@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/preferences.h"
+#include "dragdrop/drop_action.h"
+#include "surfaces/notch_side.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace ledgewise {
+
+class LedgewiseModule;
+class PreferencesStore;
+struct DropPayload;
+
+// What the surfaces need from the application: its preferences and modules, the glance
+// sources, the drop actions and the commands of the context menu. Surfaces hold it
+// through a QPointer: when it is gone they fall back to the default preferences.
+class SurfaceContext : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    virtual PreferencesStore &preferencesStore() = 0;
+    virtual QList<LedgewiseModule *> modulesOf(NotchSide side) = 0;
+    virtual QString clipboardSnippet() = 0;
+    virtual std::optional<QString> newestDownloadName() = 0;
+    // The clock text of the running countdown; nothing while idle.
+    virtual std::optional<QString> runningCountdownText() = 0;
+    virtual QObject *timerSession() = 0;
+
+    virtual void performDropAction(DropAction action, const DropPayload &payload) = 0;
+    virtual void openSettings() = 0;
+    virtual void checkForUpdates() = 0;
+    virtual void quit() = 0;
+
+signals:
+    // A countdown started, was cancelled or finished.
+    void timerDidChange();
+};
+
+} // namespace ledgewise
