@@ -72,7 +72,7 @@ int main(int argc, char *argv[])
 
     std::unique_ptr<ScreenshotTour> tour;
     if (const QString directory = ScreenshotTour::directoryFromEnvironment(); !directory.isEmpty()) {
-        tour = std::make_unique<ScreenshotTour>(directory);
+        tour = std::make_unique<ScreenshotTour>(directory, model);
         tour->start();
     }
     return app.exec();

@@ -2,18 +2,24 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
+
+#include <functional>
 
 namespace ledgewise {
 
-// On a virtual display nobody can look at, Ledgewise shows what it draws by writing
-// screenshots of the whole screen into a folder (LEDGEWISE_SCREENSHOT_DIR) and saying
-// where they are.
+class AppModel;
+
+// On a virtual display nobody can look at, Ledgewise shows what it draws: it walks the
+// left surface through sleeping, glance, expanded, a drop and a running countdown,
+// writes a screenshot of the screen at each step into a folder
+// (LEDGEWISE_SCREENSHOT_DIR) and says where each one is.
 class ScreenshotTour : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit ScreenshotTour(QString directory, QObject *parent = nullptr);
+    ScreenshotTour(QString directory, AppModel &model, QObject *parent = nullptr);
 
     // Folder from the environment, or empty when no tour is wanted.
     static QString directoryFromEnvironment();
@@ -24,7 +30,15 @@ public:
     QString capture(const QString &name) const;
 
 private:
+    struct Step {
+        QString name;
+        std::function<void()> before;
+    };
+    void runStep(int index);
+
     QString m_directory;
+    AppModel &m_model;
+    QList<Step> m_steps;
 };
 
 } // namespace ledgewise

@@ -5,6 +5,8 @@
 #include <QPainterPath>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace ledgewise {
 
 DragCatcher::DragCatcher(QObject *parent)
@@ -20,8 +22,10 @@ void DragCatcher::setHandler(DragDestinationHandling *handler, QObject *guard)
 
 bool DragCatcher::contains(const QSizeF &bounds, const QPointF &point) const
 {
+    // A radius beyond half the shorter side rounds the shape into a capsule.
+    const double radius = std::min({m_pillCornerRadius, bounds.width() / 2, bounds.height() / 2});
     QPainterPath shape;
-    shape.addRoundedRect(QRectF(QPointF(0, 0), bounds), m_pillCornerRadius, m_pillCornerRadius);
+    shape.addRoundedRect(QRectF(QPointF(0, 0), bounds), radius, radius);
     return shape.contains(point);
 }
 

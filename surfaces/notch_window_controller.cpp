@@ -46,8 +46,10 @@ QRegion roundedRegion(const QSize &size, double radius)
 {
     if (radius <= 0)
         return QRegion(QRect(QPoint(0, 0), size));
+    // Like any rounded rectangle, a radius beyond half the shorter side makes a capsule.
+    const double r = std::min({radius, size.width() / 2.0, size.height() / 2.0});
     QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), radius, radius);
+    path.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), r, r);
     return QRegion(path.toFillPolygon().toPolygon());
 }
 

@@ -13,7 +13,7 @@ cleanup() {
 }
 trap cleanup EXIT
 
-Xvfb -displayfd 3 -screen 0 1512x982x24 -nolisten tcp 3>"$dir/display" >"$dir/xvfb.log" 2>&1 &
+Xvfb -displayfd 3 -screen 0 1512x982x24 -nolisten tcp -noreset 3>"$dir/display" >"$dir/xvfb.log" 2>&1 &
 xvfb_pid=$!
 for _ in $(seq 400); do
   number=$(head -n1 "$dir/display" 2>/dev/null || true)
@@ -23,6 +23,8 @@ done
 [ -n "$number" ] || { echo "Xvfb did not start"; cat "$dir/xvfb.log"; exit 1; }
 export DISPLAY=:$number QT_QPA_PLATFORM=xcb
 export LEDGEWISE_SCREENSHOT_DIR=$shots
+# A desktop-like background, so the dark surfaces stand out in the screenshots.
+command -v xsetroot >/dev/null && xsetroot -solid '#6b7f99' || true
 echo "Virtual display $DISPLAY; screenshots go to $shots"
 if command -v dbus-run-session >/dev/null && [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
   dbus-run-session -- "$@"
