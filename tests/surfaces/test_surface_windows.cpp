@@ -1,0 +1,323 @@
+// Real surface windows on Xvfb, driven by xdotool as a person would drive them.
+#include "app/preferences_store.h"
+#include "app/qml_modules.h"
+#include "dragdrop/drop_payload.h"
+#include "modules/module_registry.h"
+#include "surfaces/notch_controller.h"
+#include "tests/support/fake_key_value_store.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQmlEngine>
+#include <QMimeData>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QScreen>
+#include <QTest>
+
+using namespace ledgewise;
+
+namespace {
+
+class TestContext final : public SurfaceContext
+{
+public:
+    TestContext() : store(settings), registry(makePlaceholderModules()) {}
+
+    PreferencesStore &preferencesStore() override { return store; }
+    QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
+    QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
+    std::optional<QString> newestDownloadName() override { return std::nullopt; }
+    std::optional<QString> runningCountdownText() override { return countdown; }
+    QObject *timerSession() override { return nullptr; }
+    void performDropAction(DropAction action, const DropPayload &) override { performed << rawValue(action); }
+    void openSettings() override {}
+    void checkForUpdates() override {}
+    void quit() override {}
+
+    FakeKeyValueStore settings;
+    PreferencesStore store;
+    ModuleRegistry registry;
+    std::optional<QString> countdown;
+    QStringList performed;
+};
+
+QString xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// The window's geometry as the X server has it, found by its name like any tool would.
+QRect xGeometry(const QString &name)
+{
+    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(QLatin1Char('\n'), 0, 0);
+    if (id.isEmpty())
+        return {};
+    const QString shell = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id});
+    QRect rect;
+    for (const QString &line : shell.split(QLatin1Char('\n'))) {
+        const QString key = line.section(QLatin1Char('='), 0, 0);
+        const int value = line.section(QLatin1Char('='), 1).toInt();
+        if (key == QLatin1String("X")) rect.moveLeft(value);
+        if (key == QLatin1String("Y")) rect.moveTop(value);
+        if (key == QLatin1String("WIDTH")) rect.setWidth(value);
+        if (key == QLatin1String("HEIGHT")) rect.setHeight(value);
+    }
+    return rect;
+}
+
+void pointerTo(const QPoint &point)
+{
+    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+}
+
+void clickAt(const QPoint &point)
+{
+    pointerTo(point);
+    xdotool({QStringLiteral("click"), QStringLiteral("1")});
+}
+
+const QString left = QStringLiteral("Ledgewise left surface");
+const QString right = QStringLiteral("Ledgewise right surface");
+
+} // namespace
+
+class TestSurfaceWindows : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        qunsetenv("LEDGEWISE_NOTCH");
+        pointerTo(QPoint(756, 600));
+        m_context = std::make_unique<TestContext>();
+        m_engine = std::make_unique<QQmlEngine>();
+        addLedgewiseQmlModules(*m_engine);
+        m_controller = std::make_unique<NotchController>(m_context.get(), *m_engine);
+        m_controller->listen();
+    }
+
+    void cleanup()
+    {
+        screenshot(QTest::currentTestFunction());
+        m_controller.reset();
+        m_engine.reset();
+        m_context.reset();
+    }
+
+    void bothSurfacesSleepAtTheEdgesOfAScreenWithoutNotch()
+    {
+        m_controller->rebuild(false);
+        QCOMPARE(m_controller->controllers().size(), std::size_t(2));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        QTRY_COMPARE(xGeometry(right), QRect(1512 - 80 - 76, 0, 76, 28));
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
+    }
+
+    void surfacesHangBesideASimulatedNotch()
+    {
+        qputenv("LEDGEWISE_NOTCH", "200x32");
+        m_controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(656 - 8 - 76, 0, 76, 28));
+        QTRY_COMPARE(xGeometry(right), QRect(856 + 8, 0, 76, 28));
+    }
+
+    void placementDecidesWhichSurfacesExist()
+    {
+        m_context->store.update([](Preferences &p) { p.placement = NotchPlacement::right; });
+        m_controller->rebuild(false);
+        QCOMPARE(m_controller->controllers().size(), std::size_t(1));
+        QCOMPARE(m_controller->controllers().front()->side(), NotchSide::right);
+        QTRY_VERIFY(!xGeometry(right).isEmpty());
+        QVERIFY(xGeometry(left).isEmpty());
+    }
+
+    void hoverGlancesAndLeavingSleepsAgainAfterTheDelay()
+    {
+        m_controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        pointerTo(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 162, 30));
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::glance);
+        screenshot("glance");
+        pointerTo(QPoint(756, 600));
+        QTest::qWait(150); // still within the 0.35 s delay: unchanged
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::glance);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void clickExpandsAndAClickElsewhereCollapses()
+    {
+        m_controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        screenshot("expanded");
+        // Leaving keeps it open while automatic hiding is off.
+        pointerTo(QPoint(756, 600));
+        QTest::qWait(500);
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
+        // A click inside does not close it; one outside does.
+        clickAt(QPoint(80 + 134, 200));
+        QTest::qWait(200);
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
+        clickAt(QPoint(756, 600));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void automaticHidingClosesAnExpandedSurfaceAfterLeaving()
+    {
+        m_context->store.update([](Preferences &p) { p.automaticallyHide = true; });
+        m_controller->rebuild(false);
+        QTRY_VERIFY(!xGeometry(left).isEmpty());
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left).size(), QSize(268, 340));
+        pointerTo(QPoint(756, 600));
+        QTRY_COMPARE_WITH_TIMEOUT(xGeometry(left), QRect(80, 0, 76, 28), 3000);
+    }
+
+    void withoutAnimationChangesSnap()
+    {
+        m_context->store.update([](Preferences &p) { p.animateInterface = false; });
+        m_controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        surfaceLeft->behaviour().toggleExpanded();
+        QCOMPARE(surfaceLeft->frameInScreen(), QRect(80, 0, 268, 340));
+        QCOMPARE(surfaceLeft->window()->opacity(), 0.86);
+        QTRY_COMPARE(surfaceLeft->window()->opacity(), 1.0);
+    }
+
+    void styleSizeAndOffsetChangesReshapeTheSameWindows()
+    {
+        m_controller->rebuild(false);
+        const NotchWindowController *before = surface(NotchSide::left);
+        m_context->store.update([](Preferences &p) {
+            p.style = NotchStyle::classic;
+            p.offsetFromEdge = 120;
+        });
+        QCOMPARE(surface(NotchSide::left), before);
+        QTRY_COMPARE(xGeometry(left), QRect(120, 0, 84, 30));
+        QTRY_COMPARE(xGeometry(right), QRect(1512 - 120 - 84, 0, 84, 30));
+        QVERIFY(surface(NotchSide::left)->classicRim());
+
+        m_context->store.update([](Preferences &p) { p.placement = NotchPlacement::left; });
+        QCOMPARE(m_controller->controllers().size(), std::size_t(1));
+        QTRY_VERIFY(xGeometry(right).isEmpty());
+    }
+
+    void countdownTurnsSleepingSurfacesActiveAndThePulseRunsOnlyWhileItRuns()
+    {
+        m_controller->rebuild(false);
+        m_context->countdown = QStringLiteral("5:00");
+        emit m_context->timerDidChange();
+        QVERIFY(m_controller->isPulsing());
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 124, 30));
+        QCOMPARE(surface(NotchSide::right)->surface()->glanceText(), QStringLiteral("5:00"));
+        screenshot("active");
+        m_context->countdown.reset();
+        emit m_context->timerDidChange();
+        QVERIFY(!m_controller->isPulsing());
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void toggleOpensTheSurfaceOfThatSide()
+    {
+        m_controller->rebuild(false);
+        m_controller->toggle(NotchSide::right);
+        QTRY_COMPARE(xGeometry(right), QRect(1512 - 80 - 268, 0, 268, 340));
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
+        m_controller->toggle(NotchSide::right);
+        QTRY_COMPARE(xGeometry(right).size(), QSize(76, 28));
+    }
+
+    void dropShowsTheActionsAndAnActionReturnsToTheModules()
+    {
+        m_controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QMimeData data;
+        data.setText(QStringLiteral("dropped words"));
+        surfaceLeft->dragDidEnter(std::make_shared<const DropPayload>(*DropPayload::from(data)));
+        QTRY_COMPARE(xGeometry(left).size(), QSize(268, 340));
+        surfaceLeft->dragDidDrop(std::make_shared<const DropPayload>(*DropPayload::from(data)));
+        QCOMPARE(surfaceLeft->dropSummary(), QStringLiteral("dropped words"));
+        QQuickItem *actions = findItem(surfaceLeft->window()->rootObject(), QStringLiteral("dropActions"));
+        QVERIFY(actions && actions->isVisible());
+        QStringList titles;
+        qreal lastX = -1;
+        for (const char *name : {"dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open"}) {
+            QQuickItem *button = findItem(actions, QString::fromLatin1(name));
+            QVERIFY2(button, name);
+            QVERIFY(button->x() > lastX); // one row, in this order
+            lastX = button->x();
+            QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+            QVERIFY(accessible);
+            QCOMPARE(accessible->role(), QAccessible::Button);
+            titles << accessible->text(QAccessible::Name);
+        }
+        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open"}));
+        QQuickItem *airDrop = findItem(actions, QStringLiteral("dropAction_airDrop"));
+        QVERIFY(airDrop);
+        QCOMPARE(QAccessible::queryAccessibleInterface(airDrop)->text(QAccessible::Name), QStringLiteral("AirDrop"));
+        QVERIFY(airDrop->y() > findItem(actions, QStringLiteral("dropAction_copy"))->y());
+        screenshot("drop");
+        surfaceLeft->performDropAction(QStringLiteral("share"));
+        QVERIFY(surfaceLeft->surface()->hasDropPayload()); // share keeps the item
+        surfaceLeft->performDropAction(QStringLiteral("save"));
+        QVERIFY(!surfaceLeft->surface()->hasDropPayload());
+        QCOMPARE(m_context->performed, QStringList({"share", "save"}));
+    }
+
+    void animationDurations()
+    {
+        QCOMPARE(NotchWindowController::animationDurationMs(1.0, false), 380);
+        QCOMPARE(NotchWindowController::animationDurationMs(0.1, false), 1520);
+        QCOMPARE(NotchWindowController::animationDurationMs(2.0, false), 190);
+        QCOMPARE(NotchWindowController::animationDurationMs(1.0, true), 120);
+    }
+
+private:
+    static QQuickItem *findItem(QQuickItem *root, const QString &name)
+    {
+        if (!root)
+            return nullptr;
+        if (root->objectName() == name)
+            return root;
+        for (QQuickItem *child : root->childItems()) {
+            if (QQuickItem *found = findItem(child, name))
+                return found;
+        }
+        return nullptr;
+    }
+
+    NotchWindowController *surface(NotchSide side) const
+    {
+        for (const auto &controller : m_controller->controllers()) {
+            if (controller->side() == side)
+                return controller.get();
+        }
+        return nullptr;
+    }
+
+    // Kept beside the build as test artefacts.
+    void screenshot(const char *name)
+    {
+        const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
+        if (folder.isEmpty() || !QDir().mkpath(folder))
+            return;
+        QGuiApplication::primaryScreen()->grabWindow(0).save(
+            QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(QString::fromLatin1(name))));
+    }
+
+    std::unique_ptr<TestContext> m_context;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<NotchController> m_controller;
+};
+
+QTEST_MAIN(TestSurfaceWindows)
+#include "test_surface_windows.moc"
