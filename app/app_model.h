@@ -21,6 +21,7 @@ class DownloadsStore;
 class FreedesktopNotifications;
 class SystemBell;
 class NotchController;
+class SleepMonitor;
 class UrlOpener;
 namespace GlobalShortcuts {
 class Store;
@@ -90,6 +91,7 @@ private:
     std::unique_ptr<UrlOpener> m_opener;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
+    std::unique_ptr<SleepMonitor> m_sleepMonitor;
     std::unique_ptr<QMenu> m_contextMenu;
     bool m_started = false;
 };

@@ -186,7 +186,8 @@ private slots:
         QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/tmp/ok.txt")}));
 
         QMimeData garbage;
-        garbage.setData(QStringLiteral("text/uri-list"), QByteArray("\x00\x01\x02 % %% http://", 20));
+        static const char garbageBytes[] = "\x00\x01\x02 % %% http://";
+        garbage.setData(QStringLiteral("text/uri-list"), QByteArray(garbageBytes, sizeof garbageBytes - 1));
         QCOMPARE(DropPayload::from(garbage), std::nullopt);
 
         QMimeData oddMozilla;

@@ -5,6 +5,7 @@
 #include "modules/module_registry.h"
 #include "surfaces/notch_controller.h"
 #include "tests/support/fake_key_value_store.h"
+#include "tests/surfaces/surface_test_support.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -18,74 +19,9 @@
 #include <QTest>
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
-namespace {
 
-class TestContext final : public SurfaceContext
-{
-public:
-    TestContext() : store(settings), registry(makePlaceholderModules()) {}
-
-    PreferencesStore &preferencesStore() override { return store; }
-    QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
-    QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
-    std::optional<QString> newestDownloadName() override { return std::nullopt; }
-    std::optional<QString> runningCountdownText() override { return countdown; }
-    QObject *timerSession() override { return nullptr; }
-    void performDropAction(DropAction action, const DropPayload &) override { performed << rawValue(action); }
-    void openSettings() override {}
-    void checkForUpdates() override {}
-    void quit() override {}
-
-    FakeKeyValueStore settings;
-    PreferencesStore store;
-    ModuleRegistry registry;
-    std::optional<QString> countdown;
-    QStringList performed;
-};
-
-QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-// The window's geometry as the X server has it, found by its name like any tool would.
-QRect xGeometry(const QString &name)
-{
-    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(QLatin1Char('\n'), 0, 0);
-    if (id.isEmpty())
-        return {};
-    const QString shell = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id});
-    QRect rect;
-    for (const QString &line : shell.split(QLatin1Char('\n'))) {
-        const QString key = line.section(QLatin1Char('='), 0, 0);
-        const int value = line.section(QLatin1Char('='), 1).toInt();
-        if (key == QLatin1String("X")) rect.moveLeft(value);
-        if (key == QLatin1String("Y")) rect.moveTop(value);
-        if (key == QLatin1String("WIDTH")) rect.setWidth(value);
-        if (key == QLatin1String("HEIGHT")) rect.setHeight(value);
-    }
-    return rect;
-}
-
-void pointerTo(const QPoint &point)
-{
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
-}
-
-void clickAt(const QPoint &point)
-{
-    pointerTo(point);
-    xdotool({QStringLiteral("click"), QStringLiteral("1")});
-}
-
-const QString left = QStringLiteral("Ledgewise left surface");
-const QString right = QStringLiteral("Ledgewise right surface");
-
-} // namespace
 
 class TestSurfaceWindows : public QObject
 {

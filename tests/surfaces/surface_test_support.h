@@ -1,0 +1,82 @@
+#pragma once
+
+// What the surface window tests share: an application stand-in and xdotool helpers.
+
+#include "app/preferences_store.h"
+#include "dragdrop/drop_payload.h"
+#include "modules/module_registry.h"
+#include "surfaces/surface_context.h"
+#include "tests/support/fake_key_value_store.h"
+
+#include <QProcess>
+#include <QRect>
+
+namespace ledgewise::testing {
+
+
+class TestContext final : public SurfaceContext
+{
+public:
+    TestContext() : store(settings), registry(makePlaceholderModules()) {}
+
+    PreferencesStore &preferencesStore() override { return store; }
+    QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
+    QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
+    std::optional<QString> newestDownloadName() override { return std::nullopt; }
+    std::optional<QString> runningCountdownText() override { return countdown; }
+    QObject *timerSession() override { return nullptr; }
+    void performDropAction(DropAction action, const DropPayload &) override { performed << rawValue(action); }
+    void openSettings() override {}
+    void checkForUpdates() override {}
+    void quit() override {}
+
+    FakeKeyValueStore settings;
+    PreferencesStore store;
+    ModuleRegistry registry;
+    std::optional<QString> countdown;
+    QStringList performed;
+};
+
+inline QString xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// The window's geometry as the X server has it, found by its name like any tool would.
+inline QRect xGeometry(const QString &name)
+{
+    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(QLatin1Char('\n'), 0, 0);
+    if (id.isEmpty())
+        return {};
+    const QString shell = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id});
+    QRect rect;
+    for (const QString &line : shell.split(QLatin1Char('\n'))) {
+        const QString key = line.section(QLatin1Char('='), 0, 0);
+        const int value = line.section(QLatin1Char('='), 1).toInt();
+        if (key == QLatin1String("X")) rect.moveLeft(value);
+        if (key == QLatin1String("Y")) rect.moveTop(value);
+        if (key == QLatin1String("WIDTH")) rect.setWidth(value);
+        if (key == QLatin1String("HEIGHT")) rect.setHeight(value);
+    }
+    return rect;
+}
+
+inline void pointerTo(const QPoint &point)
+{
+    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+}
+
+inline void clickAt(const QPoint &point)
+{
+    pointerTo(point);
+    xdotool({QStringLiteral("click"), QStringLiteral("1")});
+}
+
+inline const QString left = QStringLiteral("Ledgewise left surface");
+inline const QString right = QStringLiteral("Ledgewise right surface");
+
+
+} // namespace ledgewise::testing

@@ -1,0 +1,95 @@
+// A real drag from another application onto a surface, on Xvfb. It runs in a process
+// of its own: the drag protocol is sensitive to what earlier windows left behind.
+#include "app/qml_modules.h"
+#include "surfaces/notch_controller.h"
+#include "tests/surfaces/surface_test_support.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QScreen>
+#include <QTest>
+
+using namespace ledgewise;
+using namespace ledgewise::testing;
+
+class TestSurfaceDrag : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        pointerTo(QPoint(756, 600));
+        m_context = std::make_unique<TestContext>();
+        m_engine = std::make_unique<QQmlEngine>();
+        addLedgewiseQmlModules(*m_engine);
+        m_controller = std::make_unique<NotchController>(m_context.get(), *m_engine);
+        m_controller->listen();
+    }
+
+    void realDragFromAnotherApplicationExpandsAndDrops()
+    {
+        // A classic surface keeps square-ish corners when it opens, so the pointer that
+        // brought the drag in stays inside the opened shape (a pill opens into a capsule
+        // whose top corners are cut away). It snaps open, so the drag protocol never sees
+        // a window in mid-move.
+        m_context->store.update([](Preferences &p) {
+            p.style = NotchStyle::classic;
+            p.animateInterface = false;
+        });
+        m_controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        QProcess source;
+        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"),
+                                                           QStringLiteral("dragged from elsewhere")});
+        QVERIFY(source.waitForReadyRead(10000));
+        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
+        QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
+
+        pointerTo(QPoint(650, 550));
+        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+        // Move in steps, as a hand does, so the drag protocol sees the way in.
+        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
+            pointerTo(step);
+            QTest::qWait(120);
+        }
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QTRY_COMPARE_WITH_TIMEOUT(surfaceLeft->surface()->presentation(), NotchPresentation::expanded, 3000);
+        QVERIFY(surfaceLeft->surface()->isReceivingDrop());
+        pointerTo(QPoint(120, 60));
+        QTest::qWait(150);
+        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        QTRY_VERIFY(!surfaceLeft->surface()->isReceivingDrop());
+        QCOMPARE(surfaceLeft->dropSummary(), QStringLiteral("dragged from elsewhere"));
+        screenshot("real-drop");
+        source.kill();
+        source.waitForFinished();
+    }
+
+private:
+    NotchWindowController *surface(NotchSide side) const
+    {
+        for (const auto &controller : m_controller->controllers()) {
+            if (controller->side() == side)
+                return controller.get();
+        }
+        return nullptr;
+    }
+
+    void screenshot(const char *name)
+    {
+        const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
+        if (folder.isEmpty() || !QDir().mkpath(folder))
+            return;
+        QGuiApplication::primaryScreen()->grabWindow(0).save(
+            QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(QString::fromLatin1(name))));
+    }
+
+    std::unique_ptr<TestContext> m_context;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<NotchController> m_controller;
+};
+
+QTEST_MAIN(TestSurfaceDrag)
+#include "test_surface_drag.moc"
