@@ -23,7 +23,7 @@ export LEDGEWISE_TEST_SANDBOX=$sandbox
 unset WAYLAND_DISPLAY
 
 if [ "$mode" = --display ]; then
-  Xvfb -displayfd 3 -screen 0 1512x982x24 -nolisten tcp -noreset 3>"$sandbox/display" >"$sandbox/xvfb.log" 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "${LEDGEWISE_TEST_SCREEN:-1512x982}x24" -nolisten tcp -noreset 3>"$sandbox/display" >"$sandbox/xvfb.log" 2>&1 &
   xvfb_pid=$!
   for _ in $(seq 400); do
     number=$(head -n1 "$sandbox/display" 2>/dev/null || true)
@@ -33,6 +33,17 @@ if [ "$mode" = --display ]; then
   done
   [ -n "$number" ] || { echo "Xvfb did not start:"; cat "$sandbox/xvfb.log"; exit 1; }
   export DISPLAY=:$number
+  # LEDGEWISE_TEST_MONITORS="WxH+X+Y ..." splits the screen into that many monitors,
+  # which Qt shows as separate screens (the first is the primary one).
+  if [ -n "${LEDGEWISE_TEST_MONITORS:-}" ]; then
+    # The first monitor takes over Xvfb's one output; the others have none.
+    i=0 output=screen
+    for geometry in $LEDGEWISE_TEST_MONITORS; do
+      size=${geometry%%+*}; offset=${geometry#"$size"}
+      xrandr --setmonitor "monitor-$i" "${size%x*}/300x${size#*x}/200$offset" "$output" >/dev/null
+      i=$((i + 1)) output=none
+    done
+  fi
   export QT_QPA_PLATFORM=xcb
 else
   unset DISPLAY
