@@ -8,8 +8,16 @@
 #include "surfaces/surface_context.h"
 #include "tests/support/fake_key_value_store.h"
 
+#include "app/qml_modules.h"
+#include "surfaces/notch_controller.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QPixmap>
 #include <QProcess>
+#include <QQmlEngine>
 #include <QRect>
+#include <QScreen>
 
 namespace ledgewise::testing {
 
@@ -78,5 +86,39 @@ inline void clickAt(const QPoint &point)
 inline const QString left = QStringLiteral("Ledgewise left surface");
 inline const QString right = QStringLiteral("Ledgewise right surface");
 
+
+// A notch controller over the stand-in application, listening as the real one does.
+struct SurfaceFixture {
+    SurfaceFixture()
+        : context(std::make_unique<TestContext>())
+        , engine(std::make_unique<QQmlEngine>())
+    {
+        addLedgewiseQmlModules(*engine);
+        controller = std::make_unique<NotchController>(context.get(), *engine);
+        controller->listen();
+    }
+
+    NotchWindowController *surface(NotchSide side) const
+    {
+        for (const auto &surface : controller->controllers()) {
+            if (surface->side() == side)
+                return surface.get();
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<TestContext> context;
+    std::unique_ptr<QQmlEngine> engine;
+    std::unique_ptr<NotchController> controller;
+};
+
+// Kept beside the build as test artefacts (LEDGEWISE_ARTEFACTS).
+inline void screenshot(const QString &name)
+{
+    const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
+    if (folder.isEmpty() || !QDir().mkpath(folder))
+        return;
+    QGuiApplication::primaryScreen()->grabWindow(0).save(QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(name)));
+}
 
 } // namespace ledgewise::testing

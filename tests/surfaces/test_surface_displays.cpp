@@ -21,27 +21,21 @@ private slots:
 
     void init()
     {
-        m_context = std::make_unique<TestContext>();
-        m_engine = std::make_unique<QQmlEngine>();
-        addLedgewiseQmlModules(*m_engine);
-        m_controller = std::make_unique<NotchController>(m_context.get(), *m_engine);
-        m_controller->listen();
+        m_fixture = std::make_unique<SurfaceFixture>();
     }
 
     void cleanup()
     {
-        m_controller.reset();
-        m_engine.reset();
-        m_context.reset();
+        m_fixture.reset();
     }
 
     void everyDisplayGetsSurfacesWhenExternalMonitorsAreOn()
     {
         pointerTo(QPoint(700, 500));
-        m_controller->rebuild(false);
-        QCOMPARE(m_controller->controllers().size(), std::size_t(4));
+        m_fixture->controller->rebuild(false);
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
         QList<QRect> frames;
-        for (const auto &controller : m_controller->controllers())
+        for (const auto &controller : m_fixture->controller->controllers())
             frames << controller->frameInScreen();
         QVERIFY(frames.contains(QRect(80, 0, 76, 28)));
         QVERIFY(frames.contains(QRect(1512 - 80 - 76, 0, 76, 28)));
@@ -51,31 +45,31 @@ private slots:
 
     void withTheSwitchOffOnlyThePrimaryAndThePointersDisplay()
     {
-        m_context->store.update([](Preferences &p) { p.showOnExternalMonitors = false; });
+        m_fixture->context->store.update([](Preferences &p) { p.showOnExternalMonitors = false; });
         QScreen *primary = QGuiApplication::primaryScreen();
         QScreen *other = QGuiApplication::screens().first() == primary ? QGuiApplication::screens().last()
                                                                        : QGuiApplication::screens().first();
         pointerTo(primary->geometry().center());
-        m_controller->rebuild(false);
-        QCOMPARE(m_controller->controllers().size(), std::size_t(2));
-        for (const auto &controller : m_controller->controllers())
+        m_fixture->controller->rebuild(false);
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(2));
+        for (const auto &controller : m_fixture->controller->controllers())
             QVERIFY(primary->geometry().contains(controller->frameInScreen()));
 
         pointerTo(other->geometry().center());
-        m_controller->rebuild(false);
-        QCOMPARE(m_controller->controllers().size(), std::size_t(4));
+        m_fixture->controller->rebuild(false);
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
 
         // The switch itself rebuilds.
-        m_context->store.update([](Preferences &p) { p.showOnExternalMonitors = true; });
-        QCOMPARE(m_controller->controllers().size(), std::size_t(4));
+        m_fixture->context->store.update([](Preferences &p) { p.showOnExternalMonitors = true; });
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
     }
 
     void toggleOpensTheSurfaceNearestThePointer()
     {
         pointerTo(QPoint(1512 + 300, 600));
-        m_controller->rebuild(false);
-        m_controller->toggle(NotchSide::left);
-        for (const auto &controller : m_controller->controllers()) {
+        m_fixture->controller->rebuild(false);
+        m_fixture->controller->toggle(NotchSide::left);
+        for (const auto &controller : m_fixture->controller->controllers()) {
             const bool nearest = controller->side() == NotchSide::left && controller->display().frame.minX() == 1512;
             QCOMPARE(controller->surface()->presentation(),
                      nearest ? NotchPresentation::expanded : NotchPresentation::sleeping);
@@ -83,9 +77,9 @@ private slots:
     }
 
 private:
-    std::unique_ptr<TestContext> m_context;
-    std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<NotchController> m_controller;
+    NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
+
+    std::unique_ptr<SurfaceFixture> m_fixture;
 };
 
 QTEST_MAIN(TestSurfaceDisplays)

@@ -21,11 +21,7 @@ private slots:
     void init()
     {
         pointerTo(QPoint(756, 600));
-        m_context = std::make_unique<TestContext>();
-        m_engine = std::make_unique<QQmlEngine>();
-        addLedgewiseQmlModules(*m_engine);
-        m_controller = std::make_unique<NotchController>(m_context.get(), *m_engine);
-        m_controller->listen();
+        m_fixture = std::make_unique<SurfaceFixture>();
     }
 
     void realDragFromAnotherApplicationExpandsAndDrops()
@@ -34,11 +30,11 @@ private slots:
         // brought the drag in stays inside the opened shape (a pill opens into a capsule
         // whose top corners are cut away). It snaps open, so the drag protocol never sees
         // a window in mid-move.
-        m_context->store.update([](Preferences &p) {
+        m_fixture->context->store.update([](Preferences &p) {
             p.style = NotchStyle::classic;
             p.animateInterface = false;
         });
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
         QProcess source;
         source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"),
@@ -62,33 +58,15 @@ private slots:
         xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
         QTRY_VERIFY(!surfaceLeft->surface()->isReceivingDrop());
         QCOMPARE(surfaceLeft->dropSummary(), QStringLiteral("dragged from elsewhere"));
-        screenshot("real-drop");
+        screenshot(QStringLiteral("real-drop"));
         source.kill();
         source.waitForFinished();
     }
 
 private:
-    NotchWindowController *surface(NotchSide side) const
-    {
-        for (const auto &controller : m_controller->controllers()) {
-            if (controller->side() == side)
-                return controller.get();
-        }
-        return nullptr;
-    }
+    NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
 
-    void screenshot(const char *name)
-    {
-        const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
-        if (folder.isEmpty() || !QDir().mkpath(folder))
-            return;
-        QGuiApplication::primaryScreen()->grabWindow(0).save(
-            QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(QString::fromLatin1(name))));
-    }
-
-    std::unique_ptr<TestContext> m_context;
-    std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<NotchController> m_controller;
+    std::unique_ptr<SurfaceFixture> m_fixture;
 };
 
 QTEST_MAIN(TestSurfaceDrag)

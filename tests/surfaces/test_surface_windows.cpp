@@ -32,25 +32,19 @@ private slots:
     {
         qunsetenv("LEDGEWISE_NOTCH");
         pointerTo(QPoint(756, 600));
-        m_context = std::make_unique<TestContext>();
-        m_engine = std::make_unique<QQmlEngine>();
-        addLedgewiseQmlModules(*m_engine);
-        m_controller = std::make_unique<NotchController>(m_context.get(), *m_engine);
-        m_controller->listen();
+        m_fixture = std::make_unique<SurfaceFixture>();
     }
 
     void cleanup()
     {
-        screenshot(QTest::currentTestFunction());
-        m_controller.reset();
-        m_engine.reset();
-        m_context.reset();
+        screenshot(QString::fromLatin1(QTest::currentTestFunction()));
+        m_fixture.reset();
     }
 
     void bothSurfacesSleepAtTheEdgesOfAScreenWithoutNotch()
     {
-        m_controller->rebuild(false);
-        QCOMPARE(m_controller->controllers().size(), std::size_t(2));
+        m_fixture->controller->rebuild(false);
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(2));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
         QTRY_COMPARE(xGeometry(right), QRect(1512 - 80 - 76, 0, 76, 28));
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
@@ -59,29 +53,29 @@ private slots:
     void surfacesHangBesideASimulatedNotch()
     {
         qputenv("LEDGEWISE_NOTCH", "200x32");
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         QTRY_COMPARE(xGeometry(left), QRect(656 - 8 - 76, 0, 76, 28));
         QTRY_COMPARE(xGeometry(right), QRect(856 + 8, 0, 76, 28));
     }
 
     void placementDecidesWhichSurfacesExist()
     {
-        m_context->store.update([](Preferences &p) { p.placement = NotchPlacement::right; });
-        m_controller->rebuild(false);
-        QCOMPARE(m_controller->controllers().size(), std::size_t(1));
-        QCOMPARE(m_controller->controllers().front()->side(), NotchSide::right);
+        m_fixture->context->store.update([](Preferences &p) { p.placement = NotchPlacement::right; });
+        m_fixture->controller->rebuild(false);
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(1));
+        QCOMPARE(m_fixture->controller->controllers().front()->side(), NotchSide::right);
         QTRY_VERIFY(!xGeometry(right).isEmpty());
         QVERIFY(xGeometry(left).isEmpty());
     }
 
     void hoverGlancesAndLeavingSleepsAgainAfterTheDelay()
     {
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
         pointerTo(QPoint(80 + 38, 14));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 162, 30));
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::glance);
-        screenshot("glance");
+        screenshot(QStringLiteral("glance"));
         pointerTo(QPoint(756, 600));
         QTest::qWait(150); // still within the 0.35 s delay: unchanged
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::glance);
@@ -90,11 +84,11 @@ private slots:
 
     void clickExpandsAndAClickElsewhereCollapses()
     {
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
         clickAt(QPoint(80 + 38, 14));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
-        screenshot("expanded");
+        screenshot(QStringLiteral("expanded"));
         // Leaving keeps it open while automatic hiding is off.
         pointerTo(QPoint(756, 600));
         QTest::qWait(500);
@@ -109,8 +103,8 @@ private slots:
 
     void automaticHidingClosesAnExpandedSurfaceAfterLeaving()
     {
-        m_context->store.update([](Preferences &p) { p.automaticallyHide = true; });
-        m_controller->rebuild(false);
+        m_fixture->context->store.update([](Preferences &p) { p.automaticallyHide = true; });
+        m_fixture->controller->rebuild(false);
         QTRY_VERIFY(!xGeometry(left).isEmpty());
         clickAt(QPoint(80 + 38, 14));
         QTRY_COMPARE(xGeometry(left).size(), QSize(268, 340));
@@ -120,8 +114,8 @@ private slots:
 
     void withoutAnimationChangesSnap()
     {
-        m_context->store.update([](Preferences &p) { p.animateInterface = false; });
-        m_controller->rebuild(false);
+        m_fixture->context->store.update([](Preferences &p) { p.animateInterface = false; });
+        m_fixture->controller->rebuild(false);
         NotchWindowController *surfaceLeft = surface(NotchSide::left);
         surfaceLeft->behaviour().toggleExpanded();
         QCOMPARE(surfaceLeft->frameInScreen(), QRect(80, 0, 268, 340));
@@ -131,9 +125,9 @@ private slots:
 
     void styleSizeAndOffsetChangesReshapeTheSameWindows()
     {
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         const NotchWindowController *before = surface(NotchSide::left);
-        m_context->store.update([](Preferences &p) {
+        m_fixture->context->store.update([](Preferences &p) {
             p.style = NotchStyle::classic;
             p.offsetFromEdge = 120;
         });
@@ -142,39 +136,39 @@ private slots:
         QTRY_COMPARE(xGeometry(right), QRect(1512 - 120 - 84, 0, 84, 30));
         QVERIFY(surface(NotchSide::left)->classicRim());
 
-        m_context->store.update([](Preferences &p) { p.placement = NotchPlacement::left; });
-        QCOMPARE(m_controller->controllers().size(), std::size_t(1));
+        m_fixture->context->store.update([](Preferences &p) { p.placement = NotchPlacement::left; });
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(1));
         QTRY_VERIFY(xGeometry(right).isEmpty());
     }
 
     void countdownTurnsSleepingSurfacesActiveAndThePulseRunsOnlyWhileItRuns()
     {
-        m_controller->rebuild(false);
-        m_context->countdown = QStringLiteral("5:00");
-        emit m_context->timerDidChange();
-        QVERIFY(m_controller->isPulsing());
+        m_fixture->controller->rebuild(false);
+        m_fixture->context->countdown = QStringLiteral("5:00");
+        emit m_fixture->context->timerDidChange();
+        QVERIFY(m_fixture->controller->isPulsing());
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 124, 30));
         QCOMPARE(surface(NotchSide::right)->surface()->glanceText(), QStringLiteral("5:00"));
-        screenshot("active");
-        m_context->countdown.reset();
-        emit m_context->timerDidChange();
-        QVERIFY(!m_controller->isPulsing());
+        screenshot(QStringLiteral("active"));
+        m_fixture->context->countdown.reset();
+        emit m_fixture->context->timerDidChange();
+        QVERIFY(!m_fixture->controller->isPulsing());
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
     }
 
     void toggleOpensTheSurfaceOfThatSide()
     {
-        m_controller->rebuild(false);
-        m_controller->toggle(NotchSide::right);
+        m_fixture->controller->rebuild(false);
+        m_fixture->controller->toggle(NotchSide::right);
         QTRY_COMPARE(xGeometry(right), QRect(1512 - 80 - 268, 0, 268, 340));
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
-        m_controller->toggle(NotchSide::right);
+        m_fixture->controller->toggle(NotchSide::right);
         QTRY_COMPARE(xGeometry(right).size(), QSize(76, 28));
     }
 
     void dropShowsTheActionsAndAnActionReturnsToTheModules()
     {
-        m_controller->rebuild(false);
+        m_fixture->controller->rebuild(false);
         NotchWindowController *surfaceLeft = surface(NotchSide::left);
         QMimeData data;
         data.setText(QStringLiteral("dropped words"));
@@ -201,12 +195,12 @@ private slots:
         QVERIFY(airDrop);
         QCOMPARE(QAccessible::queryAccessibleInterface(airDrop)->text(QAccessible::Name), QStringLiteral("AirDrop"));
         QVERIFY(airDrop->y() > findItem(actions, QStringLiteral("dropAction_copy"))->y());
-        screenshot("drop");
+        screenshot(QStringLiteral("drop"));
         surfaceLeft->performDropAction(QStringLiteral("share"));
         QVERIFY(surfaceLeft->surface()->hasDropPayload()); // share keeps the item
         surfaceLeft->performDropAction(QStringLiteral("save"));
         QVERIFY(!surfaceLeft->surface()->hasDropPayload());
-        QCOMPARE(m_context->performed, QStringList({"share", "save"}));
+        QCOMPARE(m_fixture->context->performed, QStringList({"share", "save"}));
     }
 
     void animationDurations()
@@ -231,28 +225,9 @@ private:
         return nullptr;
     }
 
-    NotchWindowController *surface(NotchSide side) const
-    {
-        for (const auto &controller : m_controller->controllers()) {
-            if (controller->side() == side)
-                return controller.get();
-        }
-        return nullptr;
-    }
+    NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
 
-    // Kept beside the build as test artefacts.
-    void screenshot(const char *name)
-    {
-        const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
-        if (folder.isEmpty() || !QDir().mkpath(folder))
-            return;
-        QGuiApplication::primaryScreen()->grabWindow(0).save(
-            QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(QString::fromLatin1(name))));
-    }
-
-    std::unique_ptr<TestContext> m_context;
-    std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<NotchController> m_controller;
+    std::unique_ptr<SurfaceFixture> m_fixture;
 };
 
 QTEST_MAIN(TestSurfaceWindows)
