@@ -162,7 +162,41 @@ private slots:
         QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(), QStringLiteral("[[[not json"));
     }
 
+    void quitLedgewiseFromTheSurfaceMenu()
+    {
+        startApp();
+        // The left surface of the 1512-wide virtual screen sleeps at x 80, 76 wide.
+        QTRY_VERIFY(!xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                              QStringLiteral("Ledgewise left surface")})
+                         .isEmpty());
+        const auto windows = [] {
+            return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
+                            QString::number(m_pid)})
+                .split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+                .size();
+        };
+        m_pid = m_app->processId();
+        const qsizetype surfaces = windows();
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("118"), QStringLiteral("14")});
+        xdotool({QStringLiteral("click"), QStringLiteral("3")});
+        // The menu opens as a window of its own and takes the keyboard: Up wraps to
+        // its last item.
+        QTRY_VERIFY(windows() > surfaces);
+        xdotool({QStringLiteral("key"), QStringLiteral("Up"), QStringLiteral("Return")});
+        QVERIFY(m_app->waitForFinished(10000));
+        QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app->exitCode(), 0);
+    }
+
 private:
+    static QString xdotool(const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(QStringLiteral("xdotool"), arguments);
+        process.waitForFinished(10000);
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
     void startApp()
     {
         m_app = std::make_unique<QProcess>();
@@ -173,6 +207,7 @@ private:
     }
 
     std::unique_ptr<QProcess> m_app;
+    static inline qint64 m_pid = 0;
 };
 
 QTEST_GUILESS_MAIN(TestLedgewiseProcess)
