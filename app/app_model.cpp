@@ -12,6 +12,7 @@
 #include "modules/timer/timer_session.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "platform/dbus/freedesktop_notifications.h"
+#include "platform/dbus/motion_preference.h"
 #include "platform/dbus/sleep_monitor.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
@@ -59,6 +60,7 @@ void AppModel::start()
         return;
     m_started = true;
     registerShortcuts();
+    m_motion = std::make_unique<MotionPreference>();
     m_engine = std::make_unique<QQmlEngine>();
     addLedgewiseQmlModules(*m_engine);
     m_notchController = std::make_unique<NotchController>(this, *m_engine);
@@ -109,6 +111,11 @@ std::optional<QString> AppModel::runningCountdownText()
 QObject *AppModel::timerSession()
 {
     return m_timer.get();
+}
+
+bool AppModel::reduceMotion()
+{
+    return m_motion && m_motion->reduceMotion();
 }
 
 void AppModel::performDropAction(DropAction action, const DropPayload &payload)

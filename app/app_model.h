@@ -22,6 +22,7 @@ class FreedesktopNotifications;
 class SystemBell;
 class NotchController;
 class SleepMonitor;
+class MotionPreference;
 class UrlOpener;
 namespace GlobalShortcuts {
 class Store;
@@ -57,6 +58,7 @@ public:
     std::optional<QString> newestDownloadName() override;
     std::optional<QString> runningCountdownText() override;
     QObject *timerSession() override;
+    bool reduceMotion() override;
     void performDropAction(DropAction action, const DropPayload &payload) override;
     void openSettings() override;
     void checkForUpdates() override;
@@ -92,6 +94,7 @@ private:
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
     std::unique_ptr<SleepMonitor> m_sleepMonitor;
+    std::unique_ptr<MotionPreference> m_motion;
     std::unique_ptr<QMenu> m_contextMenu;
     bool m_started = false;
 };
