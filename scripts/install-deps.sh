@@ -16,6 +16,7 @@ packages=(
   libxcb1-dev libxcb-keysyms1-dev libxcb-xinput-dev libxcb-shape0-dev libx11-dev
   libxkbcommon-dev libxkbcommon-x11-dev
   # virtual display, desktop services and the tools tests drive them with
+  python3-pyatspi gir1.2-atspi-2.0
   xvfb xauth xdotool xclip x11-utils x11-xserver-utils x11-xkb-utils xkb-data dbus dbus-x11 at-spi2-core fonts-dejavu-core
 )
 
