@@ -9,6 +9,8 @@
 #include "modules/clipboard/clipboard_store.h"
 #include "modules/downloads/downloads_store.h"
 #include "modules/module_registry.h"
+#include "modules/clipboard/clipboard_module.h"
+#include "modules/downloads/downloads_module.h"
 #include "modules/timer/timer_module.h"
 #include "modules/timer/timer_session.h"
 #include "platform/clipboard/qt_pasteboard.h"
@@ -30,9 +32,12 @@ namespace {
 
 // One instance per module identity: the working modules over their stores, then the
 // placeholders.
-std::vector<std::unique_ptr<LedgewiseModule>> catalog(TimerSession &timer)
+std::vector<std::unique_ptr<LedgewiseModule>> catalog(ClipboardStore &clipboard, DownloadsStore &downloads,
+                                                     UrlOpener &opener, TimerSession &timer)
 {
     std::vector<std::unique_ptr<LedgewiseModule>> modules;
+    modules.push_back(std::make_unique<ClipboardModule>(clipboard));
+    modules.push_back(std::make_unique<DownloadsModule>(downloads, opener));
     modules.push_back(std::make_unique<TimerModule>(timer));
     for (auto &placeholder : makePlaceholderModules())
         modules.push_back(std::move(placeholder));
@@ -56,9 +61,9 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_bell(std::make_unique<X11Bell>())
     , m_timer(std::make_unique<TimerSession>(m_notifications.get(), m_bell.get()))
     , m_downloads(DownloadsStore::createWatching())
-    , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_timer)))
-    , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
     , m_opener(std::make_unique<DesktopUrlOpener>())
+    , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_clipboard, *m_downloads, *m_opener, *m_timer)))
+    , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
 }

@@ -88,9 +88,9 @@ private:
     std::unique_ptr<SystemBell> m_bell;
     std::unique_ptr<TimerSession> m_timer;
     std::unique_ptr<DownloadsStore> m_downloads;
+    std::unique_ptr<UrlOpener> m_opener;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
-    std::unique_ptr<UrlOpener> m_opener;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
     std::unique_ptr<SleepMonitor> m_sleepMonitor;

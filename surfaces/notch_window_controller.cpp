@@ -204,7 +204,7 @@ int NotchWindowController::animationDurationMs(double animationSpeed, bool reduc
 
 bool NotchWindowController::reduceMotion() const
 {
-    return qEnvironmentVariableIntValue("LEDGEWISE_REDUCE_MOTION") == 1;
+    return qEnvironmentVariableIntValue("LEDGEWISE_REDUCE_MOTION") == 1 || (m_context && m_context->reduceMotion());
 }
 
 void NotchWindowController::presentationDidChange(NotchPresentation presentation, bool animated)

@@ -33,6 +33,8 @@ public:
     // The clock text of the running countdown; nothing while idle.
     virtual std::optional<QString> runningCountdownText() = 0;
     virtual QObject *timerSession() = 0;
+    // The desktop asks for less motion.
+    virtual bool reduceMotion() { return false; }
 
     virtual void performDropAction(DropAction action, const DropPayload &payload) = 0;
     virtual void openSettings() = 0;

@@ -132,22 +132,34 @@ std::optional<qsizetype> nextToEvict(const QList<ClipboardItem> &items, int capa
     return std::nullopt;
 }
 
-QString glanceSnippet(const QList<ClipboardItem> &items)
+QString title(const ClipboardItem &item)
 {
-    if (items.isEmpty())
-        return QStringLiteral("Clipboard");
-    const ClipboardItem &newest = items.constFirst();
-    switch (newest.kind) {
+    switch (item.kind) {
     case ClipboardKind::text:
-        if (!newest.text)
+        if (!item.text)
             return QStringLiteral("Text");
-        return QString(*newest.text).replace(QLatin1Char('\n'), QLatin1Char(' ')).trimmed();
+        return QString(*item.text).replace(QLatin1Char('\n'), QLatin1Char(' ')).trimmed();
     case ClipboardKind::url:
-        return newest.url.value_or(QStringLiteral("URL"));
+        return item.url.value_or(QStringLiteral("URL"));
     case ClipboardKind::image:
         return QStringLiteral("Image");
     }
-    return QStringLiteral("Clipboard");
+    return {};
+}
+
+QString kindLabel(ClipboardKind kind)
+{
+    switch (kind) {
+    case ClipboardKind::text: return QStringLiteral("Text");
+    case ClipboardKind::url: return QStringLiteral("Link");
+    case ClipboardKind::image: return QStringLiteral("Image");
+    }
+    return {};
+}
+
+QString glanceSnippet(const QList<ClipboardItem> &items)
+{
+    return items.isEmpty() ? QStringLiteral("Clipboard") : title(items.constFirst());
 }
 
 bool isPlainFileName(const QString &name)

@@ -46,7 +46,14 @@ std::optional<QByteArray> pngData(const QByteArray &imageBytes);
 // while there are more than `capacity`. Nothing when within capacity or all pinned.
 std::optional<qsizetype> nextToEvict(const QList<ClipboardItem> &items, int capacity);
 
-// The surface's glance text for the history.
+// How an entry reads in one line: its text with line breaks as spaces, its link, or
+// "Image"; the surface's glance shows the newest entry this way.
+QString title(const ClipboardItem &item);
+
+// The word under an entry's title: "Text", "Link" or "Image".
+QString kindLabel(ClipboardKind kind);
+
+// The surface's glance text for the history: the newest entry's title, or "Clipboard".
 QString glanceSnippet(const QList<ClipboardItem> &items);
 
 // An image file name is kept only if it is a plain name inside the images folder.

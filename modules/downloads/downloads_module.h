@@ -1,0 +1,40 @@
+#pragma once
+
+#include "modules/downloads/downloads_store.h"
+#include "modules/ledgewise_module.h"
+
+#include <QVariantList>
+
+namespace ledgewise {
+
+class UrlOpener;
+
+// The newest Downloads as a surface module: its panel lists them with their state and
+// opens one with its default application on a click.
+class DownloadsModule final : public LedgewiseModule
+{
+    Q_OBJECT
+    // One map per file, newest first: name, state ("Downloading…" or "Ready"), url.
+    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+
+public:
+    DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObject *parent = nullptr);
+
+    QVariantList rows() const;
+    // Opens the file, even while it is still downloading; a file that is gone opens nothing.
+    Q_INVOKABLE void open(const QString &url);
+
+    static QString stateLabel(DownloadItem::Status status);
+
+    QUrl expandedView() const override;
+    QVariantMap expandedViewProperties() const override;
+
+signals:
+    void rowsChanged();
+
+private:
+    DownloadsStore &m_store;
+    UrlOpener &m_opener;
+};
+
+} // namespace ledgewise
