@@ -1,0 +1,91 @@
+#include "modules/downloads/downloads_module.h"
+#include "platform/filesystem/folder_watcher.h"
+#include "tests/modules/panel_test_support.h"
+#include "tests/support/recording_url_opener.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace ledgewise;
+using namespace ledgewise::testing;
+
+namespace {
+
+void grow(const QString &path, qint64 bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append));
+    file.write(QByteArray(bytes, 'x'));
+}
+
+struct Fixture {
+    Fixture()
+        : store(folder.path(), std::make_unique<InotifyFolderWatcher>())
+        , module(store, opener)
+        , panel(module)
+    {
+    }
+    QQuickItem *row(int index) const { return panel.item(QStringLiteral("downloadsRow_%1").arg(index)); }
+
+    QTemporaryDir folder;
+    DownloadsStore store;
+    RecordingUrlOpener opener;
+    DownloadsModule module;
+    HostedPanel panel;
+};
+
+} // namespace
+
+class TestDownloadsPanel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void emptyFolderShowsOnlyTheHeaderAndTheHint()
+    {
+        Fixture f;
+        QVERIFY(f.panel.root());
+        QCOMPARE(f.panel.text(QStringLiteral("downloadsHeader")), QStringLiteral("Downloads"));
+        QCOMPARE(f.panel.text(QStringLiteral("downloadsEmpty")), QStringLiteral("Nothing in Downloads yet."));
+        QVERIFY(f.panel.visible(QStringLiteral("downloadsEmpty")));
+        QVERIFY(!f.row(0));
+    }
+
+    void stateChangesInPlace()
+    {
+        Fixture f;
+        const QString path = f.folder.filePath(QStringLiteral("film.part"));
+        grow(path, 1000);
+        QTRY_VERIFY(f.row(0));
+        QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("film.part"));
+        QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Ready"));
+        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
+        grow(path, 4000);
+        QTRY_COMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Downloading…"));
+        QTRY_COMPARE_WITH_TIMEOUT(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Ready"), 3000);
+    }
+
+    void twelveRowsAtMost()
+    {
+        Fixture f;
+        for (int i = 0; i < 15; ++i)
+            grow(f.folder.filePath(QStringLiteral("file-%1").arg(i)), 1);
+        QTRY_VERIFY(f.row(11));
+        QVERIFY(!f.row(12));
+    }
+
+    void clickOpensTheFileEvenWhenItIsGone()
+    {
+        Fixture f;
+        const QString path = f.folder.filePath(QStringLiteral("report.pdf"));
+        grow(path, 10);
+        QTRY_VERIFY(f.row(0));
+        HostedPanel::press(f.row(0));
+        QCOMPARE(f.opener.opened, QList<QUrl>({QUrl::fromLocalFile(path)}));
+        QCOMPARE(f.store.items().size(), 1); // the row stays
+    }
+};
+
+QTEST_MAIN(TestDownloadsPanel)
+#include "test_downloads_panel.moc"
