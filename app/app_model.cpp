@@ -11,7 +11,10 @@
 #include "modules/module_registry.h"
 #include "modules/clipboard/clipboard_module.h"
 #include "modules/downloads/downloads_module.h"
+#include "modules/launcher/launcher_module.h"
 #include "modules/timer/timer_module.h"
+#include "platform/xdg/file_chooser.h"
+#include "platform/xdg/program_launcher.h"
 #include "modules/timer/timer_session.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "platform/dbus/freedesktop_notifications.h"
@@ -32,13 +35,15 @@ namespace {
 
 // One instance per module identity: the working modules over their stores, then the
 // placeholders.
-std::vector<std::unique_ptr<LedgewiseModule>> catalog(ClipboardStore &clipboard, DownloadsStore &downloads,
-                                                     UrlOpener &opener, TimerSession &timer)
+std::vector<std::unique_ptr<LedgewiseModule>> catalog(PreferencesStore &prefs, ClipboardStore &clipboard,
+                                                     DownloadsStore &downloads, TimerSession &timer,
+                                                     AppModel::Desktop &desktop)
 {
     std::vector<std::unique_ptr<LedgewiseModule>> modules;
     modules.push_back(std::make_unique<ClipboardModule>(clipboard));
-    modules.push_back(std::make_unique<DownloadsModule>(downloads, opener));
+    modules.push_back(std::make_unique<DownloadsModule>(downloads, *desktop.opener));
     modules.push_back(std::make_unique<TimerModule>(timer));
+    modules.push_back(std::make_unique<LauncherModule>(prefs, *desktop.chooser, *desktop.opener, *desktop.launcher));
     for (auto &placeholder : makePlaceholderModules())
         modules.push_back(std::move(placeholder));
     return modules;
@@ -61,12 +66,15 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_bell(std::make_unique<X11Bell>())
     , m_timer(std::make_unique<TimerSession>(m_notifications.get(), m_bell.get()))
     , m_downloads(DownloadsStore::createWatching())
-    , m_opener(std::make_unique<DesktopUrlOpener>())
-    , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_clipboard, *m_downloads, *m_opener, *m_timer)))
+    , m_desktop{std::make_unique<DesktopUrlOpener>(), std::make_unique<DesktopFileChooser>(),
+                std::make_unique<DetachedProgramLauncher>()}
+    , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_prefs, *m_clipboard, *m_downloads, *m_timer, m_desktop)))
     , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
 }
+
+AppModel::Desktop::~Desktop() = default;
 
 AppModel::~AppModel()
 {
@@ -141,7 +149,7 @@ bool AppModel::reduceMotion()
 
 void AppModel::performDropAction(DropAction action, const DropPayload &payload)
 {
-    DropActions::Context context{*m_pasteboard, *m_opener, StandardFolders::downloads()};
+    DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads()};
     DropActions::perform(action, payload, context);
 }
 

@@ -24,6 +24,8 @@ class NotchController;
 class SleepMonitor;
 class MotionPreference;
 class UrlOpener;
+class FileChooser;
+class ProgramLauncher;
 namespace GlobalShortcuts {
 class Store;
 }
@@ -36,6 +38,14 @@ class AppModel : public SurfaceContext
     Q_OBJECT
 
 public:
+    // How the desktop opens files and addresses, chooses files and starts programs.
+    struct Desktop {
+        std::unique_ptr<UrlOpener> opener;
+        std::unique_ptr<FileChooser> chooser;
+        std::unique_ptr<ProgramLauncher> launcher;
+        ~Desktop();
+    };
+
     // Over the user's settings file; tests pass their own store.
     AppModel();
     explicit AppModel(std::unique_ptr<KeyValueStore> settings);
@@ -88,7 +98,7 @@ private:
     std::unique_ptr<SystemBell> m_bell;
     std::unique_ptr<TimerSession> m_timer;
     std::unique_ptr<DownloadsStore> m_downloads;
-    std::unique_ptr<UrlOpener> m_opener;
+    Desktop m_desktop;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
     std::unique_ptr<QQmlEngine> m_engine;

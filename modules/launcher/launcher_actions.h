@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/preferences.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace ledgewise {
+
+class UrlOpener;
+class FileChooser;
+class ProgramLauncher;
+
+namespace LauncherActions {
+
+// The folder applications are pinned from: where Desktop Entry files live.
+inline constexpr auto applicationsFolder = "/usr/share/applications";
+
+QString message(LauncherItem::Kind kind);
+QString symbol(LauncherItem::Kind kind);
+
+// An entry for a chosen file: titled by its name without the extension (a Desktop
+// Entry by its Name), with a reference that finds it again. Nothing for websites.
+std::optional<LauncherItem> itemForFile(LauncherItem::Kind kind, const QString &path);
+std::optional<LauncherItem> pick(LauncherItem::Kind kind, FileChooser &chooser);
+
+// The typed address rule: trimmed, "https://" put in front when no "://" is there,
+// http or https only (exactly, in lower case); titled by its host.
+std::optional<LauncherItem> websiteItem(const QString &draft);
+
+// The opaque reference to a file (path, device and inode) and the way back to a path.
+QByteArray makeBookmark(const QString &path);
+std::optional<QString> resolveBookmark(const QByteArray &bookmark);
+
+// A Desktop Entry's Name, and its Exec line split into program and arguments with
+// the field codes (%f, %U...) taken out. Nothing when the file is not one.
+std::optional<QString> desktopEntryName(const QString &path);
+std::optional<QStringList> desktopEntryCommand(const QString &path);
+
+// Opens an entry: an application is started as the desktop starts it, a file opens in
+// its default application, a site in the default browser. Failures are silent.
+void open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher);
+
+} // namespace LauncherActions
+} // namespace ledgewise

@@ -1,0 +1,84 @@
+#include "modules/launcher/launcher_module.h"
+
+#include "modules/launcher/launcher_actions.h"
+
+namespace ledgewise {
+
+LauncherModule::LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener,
+                               ProgramLauncher &launcher, QObject *parent)
+    : LedgewiseModule(ModuleID::launcher, parent)
+    , m_store(store)
+    , m_chooser(chooser)
+    , m_opener(opener)
+    , m_launcher(launcher)
+{
+    connect(&m_store, &PreferencesStore::currentChanged, this, &LauncherModule::rowsChanged);
+}
+
+QVariantList LauncherModule::rows() const
+{
+    QVariantList rows;
+    for (const LauncherItem &item : m_store.current().launcherItems) {
+        rows.append(QVariantMap{{QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces)},
+                                {QStringLiteral("title"), item.title},
+                                {QStringLiteral("symbol"), LauncherActions::symbol(item.kind)}});
+    }
+    return rows;
+}
+
+void LauncherModule::append(const LauncherItem &item)
+{
+    m_store.update([&item](Preferences &preferences) { preferences.launcherItems.append(item); });
+}
+
+bool LauncherModule::addWebsite(const QString &draft)
+{
+    const auto item = LauncherActions::websiteItem(draft);
+    if (!item)
+        return false;
+    append(*item);
+    return true;
+}
+
+void LauncherModule::addApplication()
+{
+    if (const auto item = LauncherActions::pick(LauncherItem::Kind::application, m_chooser))
+        append(*item);
+}
+
+void LauncherModule::addFile()
+{
+    if (const auto item = LauncherActions::pick(LauncherItem::Kind::file, m_chooser))
+        append(*item);
+}
+
+void LauncherModule::remove(const QString &id)
+{
+    const QUuid uuid = QUuid::fromString(id);
+    m_store.update([&uuid](Preferences &preferences) {
+        preferences.launcherItems.removeIf([&uuid](const LauncherItem &item) { return item.id == uuid; });
+    });
+}
+
+void LauncherModule::open(const QString &id)
+{
+    const QUuid uuid = QUuid::fromString(id);
+    for (const LauncherItem &item : m_store.current().launcherItems) {
+        if (item.id == uuid) {
+            LauncherActions::open(item, m_opener, m_launcher);
+            return;
+        }
+    }
+}
+
+QUrl LauncherModule::expandedView() const
+{
+    return qmlComponent(QStringLiteral("Ledgewise/Modules"), QStringLiteral("LauncherExpandedView.qml"));
+}
+
+QVariantMap LauncherModule::expandedViewProperties() const
+{
+    return {{QStringLiteral("module"), QVariant::fromValue(const_cast<LauncherModule *>(this))}};
+}
+
+} // namespace ledgewise

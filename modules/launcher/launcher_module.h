@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/preferences_store.h"
+#include "modules/ledgewise_module.h"
+
+#include <QVariantList>
+
+namespace ledgewise {
+
+class FileChooser;
+class ProgramLauncher;
+class UrlOpener;
+
+// The pinned apps, files and sites as a surface module. The entries live in the
+// preferences record; every change goes through the store, which saves at once.
+class LauncherModule final : public LedgewiseModule
+{
+    Q_OBJECT
+    // One map per entry, in list order: id, title, symbol.
+    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+
+public:
+    LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener, ProgramLauncher &launcher,
+                   QObject *parent = nullptr);
+
+    QVariantList rows() const;
+
+    // The typed address rule; true when an entry was added (the field is then cleared).
+    Q_INVOKABLE bool addWebsite(const QString &draft);
+    // "App" and "File": the file chooser, then the chosen entry appended.
+    Q_INVOKABLE void addApplication();
+    Q_INVOKABLE void addFile();
+    Q_INVOKABLE void remove(const QString &id);
+    Q_INVOKABLE void open(const QString &id);
+
+    QUrl expandedView() const override;
+    QVariantMap expandedViewProperties() const override;
+
+signals:
+    void rowsChanged();
+
+private:
+    void append(const LauncherItem &item);
+
+    PreferencesStore &m_store;
+    FileChooser &m_chooser;
+    UrlOpener &m_opener;
+    ProgramLauncher &m_launcher;
+};
+
+} // namespace ledgewise

@@ -1,0 +1,195 @@
+#include "app/preferences_codec.h"
+#include "modules/launcher/launcher_actions.h"
+#include "platform/xdg/file_chooser.h"
+#include "platform/xdg/program_launcher.h"
+#include "tests/support/recording_url_opener.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ledgewise;
+
+namespace {
+
+class ScriptedChooser final : public FileChooser
+{
+public:
+    QString chooseFile(const QString &message, const QString &startFolder, const QString &filter) override
+    {
+        asked << message + QLatin1Char('|') + startFolder + QLatin1Char('|') + filter;
+        return answer;
+    }
+    QString answer;
+    QStringList asked;
+};
+
+class RecordingLauncher final : public ProgramLauncher
+{
+public:
+    bool launch(const QString &program, const QStringList &arguments) override
+    {
+        launched << (QStringList{program} + arguments).join(QLatin1Char(' '));
+        return true;
+    }
+    QStringList launched;
+};
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+} // namespace
+
+class TestLauncherActions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void bareHostWithSpacesBecomesAnHttpsSite()
+    {
+        const auto item = LauncherActions::websiteItem(QStringLiteral("  example.org \n"));
+        QVERIFY(item);
+        QCOMPARE(item->title, QStringLiteral("example.org"));
+        QCOMPARE(item->urlString, QStringLiteral("https://example.org"));
+        QCOMPARE(item->kind, LauncherItem::Kind::website);
+        QCOMPARE(item->bookmarkData, std::nullopt);
+    }
+
+    void httpWithAPathKeepsSchemeAndPath()
+    {
+        const auto item = LauncherActions::websiteItem(QStringLiteral("http://www.example.org/docs/page?x=1"));
+        QVERIFY(item);
+        QCOMPARE(item->urlString, QStringLiteral("http://www.example.org/docs/page?x=1"));
+        QCOMPARE(item->title, QStringLiteral("www.example.org"));
+    }
+
+    void otherSchemesCapitalsAndEmptyDraftsAreRefused_data()
+    {
+        QTest::addColumn<QString>("draft");
+        QTest::newRow("ftp") << QStringLiteral("ftp://files.example.org");
+        QTest::newRow("capitals") << QStringLiteral("HTTPS://example.org");
+        QTest::newRow("spaces only") << QStringLiteral("    ");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("not a url") << QStringLiteral("exa mple");
+        QTest::newRow("file") << QStringLiteral("file:///etc/passwd");
+    }
+    void otherSchemesCapitalsAndEmptyDraftsAreRefused()
+    {
+        QFETCH(QString, draft);
+        QCOMPARE(LauncherActions::websiteItem(draft), std::nullopt);
+    }
+
+    void pickedFileIsTitledWithoutItsExtensionAndCarriesAReference()
+    {
+        QTemporaryDir folder;
+        writeFile(folder.filePath("report.final.pdf"), "%PDF");
+        ScriptedChooser chooser;
+        chooser.answer = folder.filePath("report.final.pdf");
+        const auto item = LauncherActions::pick(LauncherItem::Kind::file, chooser);
+        QVERIFY(item);
+        QCOMPARE(item->title, QStringLiteral("report.final"));
+        QVERIFY(item->bookmarkData);
+        QCOMPARE(item->urlString, std::nullopt);
+        QCOMPARE(chooser.asked, QStringList({"Choose a file to pin in Ledgewise.||"}));
+        QCOMPARE(LauncherActions::resolveBookmark(*item->bookmarkData), folder.filePath("report.final.pdf"));
+
+        // Stored without a "urlString" key.
+        Preferences preferences;
+        preferences.launcherItems = {*item};
+        const QJsonObject stored = QJsonDocument::fromJson(*encodePreferences(preferences))
+                                       .object()
+                                       .value("launcherItems")
+                                       .toArray()
+                                       .first()
+                                       .toObject();
+        QVERIFY(!stored.contains("urlString"));
+        QVERIFY(stored.contains("bookmarkData"));
+    }
+
+    void pickedApplicationIsTitledByItsNameAndLaunchedByItsExecLine()
+    {
+        QTemporaryDir folder;
+        writeFile(folder.filePath("org.example.Notes.desktop"),
+                  "[Desktop Entry]\nType=Application\nName=Notes\nExec=notes-app --new-window %U\n"
+                  "[Desktop Action Other]\nName=Other\nExec=other\n");
+        ScriptedChooser chooser;
+        chooser.answer = folder.filePath("org.example.Notes.desktop");
+        const auto item = LauncherActions::pick(LauncherItem::Kind::application, chooser);
+        QVERIFY(item);
+        QCOMPARE(item->title, QStringLiteral("Notes"));
+        QCOMPARE(chooser.asked, QStringList({"Choose an app to pin in Ledgewise.|/usr/share/applications|Applications (*.desktop)"}));
+
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        LauncherActions::open(*item, opener, launcher);
+        QCOMPARE(launcher.launched, QStringList({"notes-app --new-window"}));
+        QVERIFY(opener.opened.isEmpty()); // never opened in an editor
+    }
+
+    void brokenExecLineLaunchesNothing()
+    {
+        QTemporaryDir folder;
+        writeFile(folder.filePath("broken.desktop"), "[Desktop Entry]\nName=Broken\nExec=\n");
+        const auto item = LauncherActions::itemForFile(LauncherItem::Kind::application, folder.filePath("broken.desktop"));
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        LauncherActions::open(*item, opener, launcher);
+        QVERIFY(launcher.launched.isEmpty());
+        QVERIFY(opener.opened.isEmpty());
+    }
+
+    void websiteKindShowsNoChooser()
+    {
+        ScriptedChooser chooser;
+        QCOMPARE(LauncherActions::pick(LauncherItem::Kind::website, chooser), std::nullopt);
+        QVERIFY(chooser.asked.isEmpty());
+    }
+
+    void cancelledChooserAddsNothing()
+    {
+        ScriptedChooser chooser;
+        QCOMPARE(LauncherActions::pick(LauncherItem::Kind::file, chooser), std::nullopt);
+    }
+
+    void openingSitesFilesAndWhatIsGone()
+    {
+        QTemporaryDir folder;
+        writeFile(folder.filePath("notes.txt"), "x");
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        LauncherActions::open(*LauncherActions::websiteItem(QStringLiteral("example.org")), opener, launcher);
+        const auto file = LauncherActions::itemForFile(LauncherItem::Kind::file, folder.filePath("notes.txt"));
+        LauncherActions::open(*file, opener, launcher);
+        QCOMPARE(opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://example.org")),
+                                             QUrl::fromLocalFile(folder.filePath("notes.txt"))}));
+
+        QVERIFY(QFile::rename(folder.filePath("notes.txt"), folder.filePath("moved.txt")));
+        opener.opened.clear();
+        LauncherActions::open(*file, opener, launcher); // moved away: nothing
+        LauncherItem noBookmark = *file;
+        noBookmark.bookmarkData.reset();
+        LauncherActions::open(noBookmark, opener, launcher);
+        LauncherItem garbage = *file;
+        garbage.bookmarkData = QByteArray("\x01\x02 not a reference", 20);
+        LauncherActions::open(garbage, opener, launcher);
+        QVERIFY(opener.opened.isEmpty());
+    }
+
+    void symbolsAndMessages()
+    {
+        QCOMPARE(LauncherActions::symbol(LauncherItem::Kind::application), QStringLiteral("app"));
+        QCOMPARE(LauncherActions::symbol(LauncherItem::Kind::file), QStringLiteral("doc"));
+        QCOMPARE(LauncherActions::symbol(LauncherItem::Kind::website), QStringLiteral("globe"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLauncherActions)
+#include "test_launcher_actions.moc"
