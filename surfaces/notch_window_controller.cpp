@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPainterPath>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickView>
 #include <QRegion>
 #include <QScreen>
@@ -100,6 +101,8 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
         connect(&m_context->preferencesStore(), &PreferencesStore::currentChanged, this,
                 &NotchWindowController::appearanceChanged);
     }
+    // A surface never takes the keyboard, except while a text field in it has focus.
+    connect(&window, &QQuickWindow::activeFocusItemChanged, this, &NotchWindowController::followTextFocus);
     applyFrame(targetFrame(NotchPresentation::sleeping));
 }
 
@@ -207,12 +210,27 @@ bool NotchWindowController::reduceMotion() const
     return qEnvironmentVariableIntValue("LEDGEWISE_REDUCE_MOTION") == 1 || (m_context && m_context->reduceMotion());
 }
 
+void NotchWindowController::followTextFocus()
+{
+    QQuickItem *item = m_window->activeFocusItem();
+    const bool wantsKeys = item && item->inherits("QQuickTextInput") && m_surface.presentation() == NotchPresentation::expanded;
+    if (wantsKeys == !m_window->flags().testFlag(Qt::WindowDoesNotAcceptFocus))
+        return;
+    m_window->setFlag(Qt::WindowDoesNotAcceptFocus, !wantsKeys);
+    if (wantsKeys)
+        m_window->requestActivate();
+}
+
 void NotchWindowController::presentationDidChange(NotchPresentation presentation, bool animated)
 {
-    if (presentation == NotchPresentation::expanded)
+    if (presentation == NotchPresentation::expanded) {
         installCollapseMonitors();
-    else
+    } else {
         removeCollapseMonitors();
+        if (QQuickItem *focused = m_window->activeFocusItem())
+            focused->setFocus(false);
+        followTextFocus();
+    }
     move(presentation, animated);
     emit appearanceChanged();
 }

@@ -107,6 +107,7 @@ private:
     void move(NotchPresentation presentation, bool animated);
     void animate(const QRect &to);
     void applyFrame(const QRect &frame);
+    void followTextFocus();
     void installCollapseMonitors();
     void removeCollapseMonitors();
     void collapseIfClickOutside();
