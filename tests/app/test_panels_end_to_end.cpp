@@ -4,6 +4,7 @@
 #include "app/preferences_store.h"
 #include "modules/timer/timer_session.h"
 #include "surfaces/notch_controller.h"
+#include "tests/support/quick_item_search.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -12,6 +13,7 @@
 #include <QTest>
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
 namespace {
 
@@ -27,19 +29,6 @@ void clickOn(QQuickItem *item)
     const QPointF centre = item->mapToGlobal(QPointF(item->width() / 2, item->height() / 2));
     xdotool({QStringLiteral("mousemove"), QString::number(int(centre.x())), QString::number(int(centre.y())),
              QStringLiteral("click"), QStringLiteral("1")});
-}
-
-QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (!root)
-        return nullptr;
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
 }
 
 } // namespace

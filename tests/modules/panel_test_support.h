@@ -5,6 +5,7 @@
 
 #include "app/qml_modules.h"
 #include "modules/ledgewise_module.h"
+#include "tests/support/quick_item_search.h"
 
 #include <QAccessible>
 #include <QQmlComponent>
@@ -16,19 +17,6 @@
 #include <memory>
 
 namespace ledgewise::testing {
-
-inline QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (!root)
-        return nullptr;
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
-}
 
 class HostedPanel
 {

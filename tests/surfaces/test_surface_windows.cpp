@@ -6,6 +6,7 @@
 #include "surfaces/notch_controller.h"
 #include "tests/support/fake_key_value_store.h"
 #include "tests/surfaces/surface_test_support.h"
+#include "tests/support/quick_item_search.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -212,19 +213,6 @@ private slots:
     }
 
 private:
-    static QQuickItem *findItem(QQuickItem *root, const QString &name)
-    {
-        if (!root)
-            return nullptr;
-        if (root->objectName() == name)
-            return root;
-        for (QQuickItem *child : root->childItems()) {
-            if (QQuickItem *found = findItem(child, name))
-                return found;
-        }
-        return nullptr;
-    }
-
     NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
 
     std::unique_ptr<SurfaceFixture> m_fixture;

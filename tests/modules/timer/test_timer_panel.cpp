@@ -1,62 +1,30 @@
-#include "app/qml_modules.h"
 #include "modules/timer/timer_module.h"
-
-#include <QAccessible>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
+#include "tests/modules/panel_test_support.h"
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
 namespace {
 
-QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (!root)
-        return nullptr;
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
-}
-
-// The panel hosted in a window, as an expanded surface hosts it.
+// The panel hosted as an expanded surface hosts it, over a session with its own clock.
 struct Panel {
     Panel()
         : session(nullptr, nullptr, [this] { return now; })
         , module(session)
+        , host(module)
     {
-        addLedgewiseQmlModules(engine);
-        QQmlComponent component(&engine, module.expandedView());
-        root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(module.expandedViewProperties())));
-        if (!root)
-            qWarning("%s", qPrintable(component.errorString()));
-        else
-            root->setParentItem(window.contentItem());
     }
 
-    QQuickItem *item(const char *name) const { return findItem(root.get(), QString::fromLatin1(name)); }
-    QString text(const char *name) const { return item(name) ? item(name)->property("text").toString() : QString(); }
-    bool visible(const char *name) const { return item(name) && item(name)->isVisible(); }
-    void press(const char *name) const
-    {
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item(name));
-        QVERIFY2(accessible && accessible->actionInterface(), name);
-        QCOMPARE(accessible->role(), QAccessible::Button);
-        accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    }
+    QQuickItem *root() const { return host.root(); }
+    QQuickItem *item(const char *name) const { return host.item(QString::fromLatin1(name)); }
+    QString text(const char *name) const { return host.text(QString::fromLatin1(name)); }
+    bool visible(const char *name) const { return host.visible(QString::fromLatin1(name)); }
+    void press(const char *name) const { HostedPanel::press(item(name)); }
 
     qint64 now = 1'800'000'000'000;
-    QQuickWindow window;
-    QQmlEngine engine;
     TimerSession session;
     TimerModule module;
-    std::unique_ptr<QQuickItem> root;
+    HostedPanel host;
 };
 
 } // namespace
@@ -69,7 +37,7 @@ private slots:
     void idleLayoutOffersPresetsAndACustomValue()
     {
         Panel panel;
-        QVERIFY(panel.root);
+        QVERIFY(panel.root());
         QCOMPARE(panel.text("timerTitle"), QStringLiteral("Timer"));
         QCOMPARE(panel.item("timerTitle")->property("font").value<QFont>().pixelSize(), 12);
         QStringList labels;
