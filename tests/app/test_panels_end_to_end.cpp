@@ -2,6 +2,7 @@
 // launcher, and starting a countdown that turns the sleeping surfaces active.
 #include "app/app_model.h"
 #include "app/preferences_store.h"
+#include "modules/clipboard/clipboard_store.h"
 #include "modules/timer/timer_session.h"
 #include "surfaces/notch_controller.h"
 #include "tests/support/quick_item_search.h"
@@ -10,6 +11,7 @@
 #include <QProcess>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace ledgewise;
@@ -99,6 +101,36 @@ private slots:
         QTRY_COMPARE(right->frameInScreen().size(), QSize(124, 30));
         m_model->timer().cancel();
         QTRY_COMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
+    }
+
+    void copiedTextShowsInTheClipboardPanelAndAClickCopiesItBack()
+    {
+        // Another application copies two texts.
+        for (const char *text : {"first copy", "second copy"}) {
+            QProcess xclip;
+            xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+            QVERIFY(xclip.waitForStarted());
+            xclip.write(text);
+            xclip.closeWriteChannel();
+            QVERIFY(xclip.waitForFinished(5000));
+            QTRY_VERIFY(!m_model->clipboard().items().isEmpty()
+                        && m_model->clipboard().items().constFirst().text == QString::fromLatin1(text));
+        }
+        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
+        NotchWindowController *left = surface(NotchSide::left);
+        left->behaviour().toggleExpanded();
+        QTRY_COMPARE(left->frameInScreen().size(), QSize(268, 340));
+        QQuickItem *older = nullptr;
+        QTRY_VERIFY((older = findItem(left->window()->rootObject(), QStringLiteral("clipboardRow_1"))) && older->isVisible());
+        QCOMPARE(findItem(older, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("first copy"));
+
+        clickOn(findItem(older, QStringLiteral("rowTitle")));
+        QProcess paste;
+        QSignalSpy finished(&paste, &QProcess::finished);
+        paste.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(paste.readAllStandardOutput(), QByteArray("first copy"));
+        QCOMPARE(m_model->clipboard().items().size(), 2); // not captured again
     }
 
 private:
