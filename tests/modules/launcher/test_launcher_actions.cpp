@@ -178,7 +178,8 @@ private slots:
         noBookmark.bookmarkData.reset();
         LauncherActions::open(noBookmark, opener, launcher);
         LauncherItem garbage = *file;
-        garbage.bookmarkData = QByteArray("\x01\x02 not a reference", 20);
+        static const char notAReference[] = "\x01\x02 not a reference";
+        garbage.bookmarkData = QByteArray(notAReference, sizeof notAReference - 1);
         LauncherActions::open(garbage, opener, launcher);
         QVERIFY(opener.opened.isEmpty());
     }
