@@ -8,6 +8,7 @@
 #include "tests/support/quick_item_search.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QProcess>
 #include <QQuickItem>
 #include <QQuickView>
@@ -125,6 +126,8 @@ private slots:
         QCOMPARE(findItem(older, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("first copy"));
 
         clickOn(findItem(older, QStringLiteral("rowTitle")));
+        // xdotool returns once the click is sent; the row copies when the click arrives.
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first copy"));
         QProcess paste;
         QSignalSpy finished(&paste, &QProcess::finished);
         paste.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
