@@ -18,6 +18,8 @@ packages=(
   # virtual display, desktop services and the tools tests drive them with
   python3-pyatspi gir1.2-atspi-2.0
   xvfb xauth xdotool xclip x11-utils x11-xserver-utils x11-xkb-utils xkb-data dbus dbus-x11 at-spi2-core fonts-dejavu-core
+  # opening files and addresses with the user's default applications (xdg-open, xdg-mime)
+  xdg-utils
 )
 
 missing=()
