@@ -28,7 +28,10 @@ LedgewiseModule *ModuleRegistry::module(ModuleID id) const
 
 QList<LedgewiseModule *> ModuleRegistry::modules(NotchSide side, const Preferences &preferences) const
 {
-    Q_ASSERT(!QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread());
+    // The modules are QObjects the surfaces' views bind to: asking from another thread is
+    // a programming error that must stop a release build too, not only a debug one.
+    if (QCoreApplication::instance() && QThread::currentThread() != QCoreApplication::instance()->thread())
+        qFatal("ModuleRegistry::modules called off the main thread");
     const QList<ModuleID> &ids = side == NotchSide::left ? preferences.leftModuleIDs : preferences.rightModuleIDs;
     QList<LedgewiseModule *> result;
     result.reserve(ids.size());

@@ -55,21 +55,21 @@ void Store::set(const Shortcut &shortcut, const Name &name)
     if (m_registrar && m_registrar->hasHandlers(name))
         m_registrar->registerShortcut(name, shortcut);
     m_defaults.setValue(keyFor(name), QString::fromUtf8(encodeShortcut(shortcut)));
-    emit shortcutDidChange(name.rawValue);
+    emit shortcutDidChange(name);
 }
 
 void Store::disable(const Name &name)
 {
     unregisterCurrent(name);
     m_defaults.setValue(keyFor(name), false);
-    emit shortcutDidChange(name.rawValue);
+    emit shortcutDidChange(name);
 }
 
 void Store::remove(const Name &name)
 {
     unregisterCurrent(name);
     m_defaults.remove(keyFor(name));
-    emit shortcutDidChange(name.rawValue);
+    emit shortcutDidChange(name);
 }
 
 void Store::unregisterCurrent(const Name &name)

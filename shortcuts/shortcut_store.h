@@ -2,7 +2,9 @@
 
 #include "shortcuts/shortcut.h"
 
+#include <QHashFunctions>
 #include <QList>
+#include <QMetaType>
 #include <QObject>
 #include <QString>
 
@@ -22,6 +24,12 @@ struct Name {
 
     friend bool operator==(const Name &a, const Name &b) { return a.rawValue == b.rawValue; }
 };
+
+// A name is known by its raw value, so handlers and hot keys can be keyed by it.
+inline size_t qHash(const Name &name, size_t seed = 0)
+{
+    return qHash(name.rawValue, seed);
+}
 
 // Where shortcuts become system-wide hot keys. The store tells it when a name's
 // shortcut comes and goes; it knows which names have handlers.
@@ -67,7 +75,7 @@ public:
 
 signals:
     // GlobalShortcuts_shortcutByNameDidChange, with the name.
-    void shortcutDidChange(const QString &name);
+    void shortcutDidChange(const ledgewise::GlobalShortcuts::Name &name);
 
 private:
     void set(const Shortcut &shortcut, const Name &name);
@@ -81,3 +89,5 @@ private:
 };
 
 } // namespace ledgewise::GlobalShortcuts
+
+Q_DECLARE_METATYPE(ledgewise::GlobalShortcuts::Name)

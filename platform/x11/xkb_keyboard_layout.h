@@ -6,15 +6,17 @@
 
 namespace ledgewise {
 
-// The keyboard layout the X server uses right now (its active group), read through
-// xkbcommon. Falls back to the US layout when there is no X server to ask.
+// The keyboard layout the X server uses right now (its active group, or the first
+// configured group that types ASCII letters when the active one does not), read
+// through xkbcommon. Falls back to the US layout when there is no X server to ask or
+// no configured layout types ASCII.
 class XkbKeyboardLayout final : public GlobalShortcuts::KeyboardLayout
 {
 public:
     XkbKeyboardLayout();
     ~XkbKeyboardLayout() override;
 
-    // Whether the server's keymap could be read; false means the US fallback answers.
+    // Whether a layout of the server answers; false means the US fallback does.
     bool isLive() const;
     // Reads the server's keymap again, after the user switched layouts.
     void reload();

@@ -204,11 +204,23 @@ private slots:
         QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ModuleID::clipboard, ModuleID::clipboard}));
     }
 
+    void sameModuleOnBothSidesIsValid()
+    {
+        QJsonObject object = defaultObject();
+        object.insert("leftModuleIDs", QJsonArray{"timer", "clipboard"});
+        object.insert("rightModuleIDs", QJsonArray{"clipboard"});
+        const auto decoded = decodePreferences(jsonOf(object));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->leftModuleIDs, QList<ModuleID>({ModuleID::timer, ModuleID::clipboard}));
+        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ModuleID::clipboard}));
+    }
+
     void numbersAreTakenAsTheyStand()
     {
         QJsonObject object = defaultObject();
         object.insert("width", 5);
         object.insert("height", 0);
+        object.insert("offsetFromNotch", -40);
         object.insert("cornerRadius", -3.5);
         object.insert("opacity", 3);
         object.insert("animationSpeed", -1);
@@ -216,6 +228,14 @@ private slots:
         QVERIFY(decoded);
         QCOMPARE(decoded->width, 5.0);
         QCOMPARE(decoded->height, 0.0);
+        QCOMPARE(decoded->offsetFromNotch, -40.0);
+
+        object.insert("width", -120);
+        object.insert("height", -1);
+        const auto negative = decodePreferences(jsonOf(object));
+        QVERIFY(negative);
+        QCOMPARE(negative->width, -120.0);
+        QCOMPARE(negative->height, -1.0);
         QCOMPARE(decoded->cornerRadius, -3.5);
         QCOMPARE(decoded->opacity, 3.0);
         QCOMPARE(decoded->animationSpeed, -1.0);

@@ -91,6 +91,18 @@ private slots:
         QCOMPARE(announced.count(), 1);
         QCOMPARE(observed.count(), 0);
         QCOMPARE(settings.value(key).toByteArray(), encodePreferences(Preferences::defaults()).value());
+
+        // On disk: the file that held nothing now holds the default document.
+        QSettingsStore file;
+        file.remove(key);
+        file.sync();
+        QVERIFY(!storedOnDisk(file.fileName()).isValid());
+        PreferencesStore onDisk(file);
+        QSignalSpy fileObserved(&onDisk, &PreferencesStore::currentChanged);
+        onDisk.setCurrent(onDisk.current());
+        file.sync();
+        QCOMPARE(fileObserved.count(), 0);
+        QCOMPARE(storedOnDisk(file.fileName()).toByteArray(), encodePreferences(Preferences::defaults()).value());
     }
 
     void inPlaceChangeWritesOnceAndAnnouncesOnce()

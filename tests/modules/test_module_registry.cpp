@@ -1,6 +1,10 @@
+#include "app/preferences_codec.h"
 #include "modules/module_registry.h"
 #include "modules/placeholder_modules.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace ledgewise;
@@ -77,6 +81,17 @@ private slots:
         Preferences preferences;
         preferences.rightModuleIDs.clear();
         QVERIFY(registry.modules(NotchSide::right, preferences).isEmpty());
+    }
+
+    void storedEmptyLeftListGivesALeftSurfaceWithoutModules()
+    {
+        QJsonObject object = QJsonDocument::fromJson(*encodePreferences(Preferences::defaults())).object();
+        object.insert(QStringLiteral("leftModuleIDs"), QJsonArray{});
+        const auto decoded = decodePreferences(QJsonDocument(object).toJson(QJsonDocument::Compact));
+        QVERIFY(decoded);
+        ModuleRegistry registry(fullCatalog());
+        QVERIFY(registry.modules(NotchSide::left, *decoded).isEmpty());
+        QCOMPARE(ids(registry.modules(NotchSide::right, *decoded)), QStringList({"launcher"}));
     }
 
     void identityListedTwiceYieldsItsModuleTwice()

@@ -99,9 +99,13 @@ private slots:
         QCOMPARE(onDisk(settings.fileName(), QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
                  QStringLiteral("false"));
         QSettingsStore relaunched;
+        RecordingRegistrar registrar;
+        registrar.handled << QStringLiteral("toggleLeft");
         Store store(relaunched);
+        store.setRegistrar(&registrar);
         store.declare(withDefault);
         QCOMPARE(store.getShortcut(withDefault), std::nullopt);
+        QVERIFY(registrar.log.isEmpty()); // no hot key for a cleared name
     }
 
     void clearingANameWithoutDefaultRemovesItsKey()
@@ -161,8 +165,10 @@ private slots:
         store.setShortcut(std::nullopt, withDefault);          // disable
         store.setShortcut(std::nullopt, withoutDefault);       // remove
         QCOMPARE(changes.count(), 4);
-        QCOMPARE(changes.at(0).at(0).toString(), QStringLiteral("toggleLeft"));
-        QCOMPARE(changes.at(3).at(0).toString(), QStringLiteral("clipboardHistory"));
+        QCOMPARE(changes.at(0).at(0).value<Name>().rawValue, QStringLiteral("toggleLeft"));
+        QCOMPARE(changes.at(0).at(0).value<Name>().defaultShortcut, withDefault.defaultShortcut);
+        QCOMPARE(changes.at(3).at(0).value<Name>(), withoutDefault);
+        QCOMPARE(qHash(withDefault), qHash(Name{QStringLiteral("toggleLeft"), std::nullopt}));
         QCOMPARE(QByteArray(shortcutByNameDidChange), QByteArray("GlobalShortcuts_shortcutByNameDidChange"));
     }
 

@@ -49,6 +49,24 @@ private slots:
         QVERIFY(setLayout(QStringLiteral("us")));
     }
 
+    void shortcutsAreReadInALayoutThatTypesAscii()
+    {
+        // Russian first and active: the readable form comes from the German group
+        // configured beside it, not from the Cyrillic letters.
+        QVERIFY(setLayout(QStringLiteral("ru,de")));
+        XkbKeyboardLayout mixed;
+        QVERIFY(mixed.isLive());
+        QCOMPARE(mixed.text(Key::z), QStringLiteral("y"));
+        QCOMPARE(presentableDescription(Shortcut(Key::q, commandFlag), mixed), QStringLiteral("⌘Q"));
+
+        // Only Greek: nothing on the server types ASCII, so the US table answers.
+        QVERIFY(setLayout(QStringLiteral("gr")));
+        XkbKeyboardLayout greek;
+        QVERIFY(!greek.isLive());
+        QCOMPARE(greek.text(Key::z), QStringLiteral("z"));
+        QVERIFY(setLayout(QStringLiteral("us")));
+    }
+
     void withoutAServerTheUsLayoutAnswers()
     {
         const QByteArray display = qgetenv("DISPLAY");
