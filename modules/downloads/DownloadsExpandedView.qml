@@ -36,7 +36,9 @@ ColumnLayout {
             objectName: "downloadsRow_" + index
             Layout.fillWidth: true
             symbol: "doc"
-            framedIcon: false
+            // The symbol takes its natural width.
+            iconWidth: 0
+            iconHeight: 0
             title: modelData.name
             subtitle: modelData.state
             onClicked: view.module.open(modelData.url)

@@ -2,6 +2,8 @@
 
 #include "platform/xdg/url_opener.h"
 
+#include <QFileInfo>
+
 namespace ledgewise {
 
 DownloadsModule::DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObject *parent)
@@ -30,7 +32,12 @@ QVariantList DownloadsModule::rows() const
 
 void DownloadsModule::open(const QString &url)
 {
-    m_opener.open(QUrl(url));
+    // A file deleted since the list was drawn opens nothing: handed over, the desktop's
+    // opener would show an error of its own.
+    const QUrl file(url);
+    if (!file.isLocalFile() || !QFileInfo::exists(file.toLocalFile()))
+        return;
+    m_opener.open(file);
 }
 
 QUrl DownloadsModule::expandedView() const

@@ -21,7 +21,8 @@ public:
     DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObject *parent = nullptr);
 
     QVariantList rows() const;
-    // Opens the file, even while it is still downloading; a file that is gone opens nothing.
+    // Opens the file, even while it is still downloading; a file that is gone opens nothing
+    // and says nothing.
     Q_INVOKABLE void open(const QString &url);
 
     static QString stateLabel(DownloadItem::Status status);

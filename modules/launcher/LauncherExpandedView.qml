@@ -8,7 +8,10 @@ ColumnLayout {
     id: view
     required property QtObject module
     property alias websiteDraft: field.text
-    spacing: 8
+    // The parts are laid out one below the other by the surface that hosts the panel
+    // (its stack holds the panel's loader), with the spacing of that stack and no
+    // padding of the panel's own.
+    spacing: parent && parent.parent && parent.parent.spacing !== undefined ? parent.parent.spacing : 10
 
     Text {
         objectName: "launcherTitle"
@@ -35,7 +38,9 @@ ColumnLayout {
             objectName: "launcherRow_" + index
             Layout.fillWidth: true
             symbol: modelData.symbol
-            framedIcon: false
+            // The kind's symbol in a column 16 wide, so the titles line up.
+            iconWidth: 16
+            iconHeight: 0
             title: modelData.title
             onClicked: view.module.open(modelData.id)
 

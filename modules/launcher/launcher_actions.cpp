@@ -1,5 +1,7 @@
 #include "modules/launcher/launcher_actions.h"
 
+#include "modules/launcher/desktop_entry.h"
+
 #include "platform/xdg/file_chooser.h"
 #include "platform/xdg/program_launcher.h"
 #include "platform/xdg/url_opener.h"
@@ -7,8 +9,6 @@
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QUrl>
 
 #include <sys/stat.h>
@@ -59,6 +59,23 @@ std::optional<LauncherItem> pick(LauncherItem::Kind kind, FileChooser &chooser)
     return itemForFile(kind, path);
 }
 
+QString typedHost(const QString &address)
+{
+    const qsizetype schemeEnd = address.indexOf(QLatin1String("://"));
+    const qsizetype start = schemeEnd < 0 ? 0 : schemeEnd + 3;
+    qsizetype end = start;
+    while (end < address.size() && !QStringView(u"/?#").contains(address.at(end)))
+        ++end;
+    QString authority = address.mid(start, end - start);
+    authority = authority.mid(authority.lastIndexOf(QLatin1Char('@')) + 1); // no user or password
+    if (authority.startsWith(QLatin1Char('['))) { // an IPv6 address, shown without its brackets
+        const qsizetype close = authority.indexOf(QLatin1Char(']'));
+        return close < 0 ? QString() : authority.mid(1, close - 1);
+    }
+    const qsizetype colon = authority.lastIndexOf(QLatin1Char(':'));
+    return colon < 0 ? authority : authority.left(colon); // no port
+}
+
 std::optional<LauncherItem> websiteItem(const QString &draft)
 {
     QString text = draft.trimmed();
@@ -73,7 +90,9 @@ std::optional<LauncherItem> websiteItem(const QString &draft)
     const QUrl url(text, QUrl::StrictMode);
     if (!url.isValid())
         return std::nullopt;
-    const QString title = url.host().isEmpty() ? text : url.host();
+    // The host as the user typed it: QUrl would lower-case "Example.ORG".
+    const QString host = url.host().isEmpty() ? QString() : typedHost(text);
+    const QString title = host.isEmpty() ? text : host;
     return LauncherItem{QUuid::createUuid(), title, LauncherItem::Kind::website, std::nullopt, text};
 }
 
@@ -106,50 +125,33 @@ std::optional<QString> resolveBookmark(const QByteArray &bookmark)
 
 namespace {
 
-// The value of a key in the [Desktop Entry] group.
-std::optional<QString> desktopEntryValue(const QString &path, const QString &key)
+std::optional<DesktopEntry::Entry> readDesktopEntry(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!path.endsWith(QLatin1String(".desktop")))
         return std::nullopt;
-    bool inGroup = false;
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
-        if (line.startsWith(QLatin1Char('['))) {
-            inGroup = line == QLatin1String("[Desktop Entry]");
-            continue;
-        }
-        if (inGroup && line.startsWith(key + QLatin1Char('=')))
-            return line.mid(key.size() + 1).trimmed();
-    }
-    return std::nullopt;
+    QFile file(path);
+    // Desktop Entry files are a few kilobytes; anything far bigger is not one.
+    if (!file.open(QIODevice::ReadOnly) || file.size() > 1024 * 1024)
+        return std::nullopt;
+    return DesktopEntry::parse(QString::fromUtf8(file.readAll()), DesktopEntry::messagesLocale());
 }
 
 } // namespace
 
 std::optional<QString> desktopEntryName(const QString &path)
 {
-    if (!path.endsWith(QLatin1String(".desktop")))
+    const auto entry = readDesktopEntry(path);
+    if (!entry || entry->name.isEmpty())
         return std::nullopt;
-    const auto name = desktopEntryValue(path, QStringLiteral("Name"));
-    if (!name || name->isEmpty())
-        return std::nullopt;
-    return name;
+    return entry->name;
 }
 
-std::optional<QStringList> desktopEntryCommand(const QString &path)
+std::optional<ProgramCommand> desktopEntryCommand(const QString &path)
 {
-    const auto exec = desktopEntryValue(path, QStringLiteral("Exec"));
-    if (!exec)
+    const auto entry = readDesktopEntry(path);
+    if (!entry)
         return std::nullopt;
-    // Field codes stand for files or URLs handed over; a pinned app is started without any.
-    QString command = *exec;
-    command.remove(QRegularExpression(QStringLiteral("%[fFuUdDnNickvm]")));
-    command.replace(QLatin1String("%%"), QLatin1String("%"));
-    QStringList words = QProcess::splitCommand(command);
-    if (words.isEmpty())
-        return std::nullopt;
-    return words;
+    return DesktopEntry::command(*entry, path);
 }
 
 void open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher)
@@ -170,7 +172,7 @@ void open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher
     if (item.kind == LauncherItem::Kind::application && path->endsWith(QLatin1String(".desktop"))) {
         // Started as the desktop starts it, never opened in an editor.
         if (const auto command = desktopEntryCommand(*path))
-            launcher.launch(command->constFirst(), command->mid(1));
+            launcher.launch(*command);
         return;
     }
     opener.open(QUrl::fromLocalFile(*path));

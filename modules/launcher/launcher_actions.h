@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/preferences.h"
+#include "platform/xdg/program_launcher.h"
 
 #include <QByteArray>
 #include <QString>
@@ -11,7 +12,6 @@ namespace ledgewise {
 
 class UrlOpener;
 class FileChooser;
-class ProgramLauncher;
 
 namespace LauncherActions {
 
@@ -29,15 +29,18 @@ std::optional<LauncherItem> pick(LauncherItem::Kind kind, FileChooser &chooser);
 // The typed address rule: trimmed, "https://" put in front when no "://" is there,
 // http or https only (exactly, in lower case); titled by its host.
 std::optional<LauncherItem> websiteItem(const QString &draft);
+// The host part of an address exactly as typed, without user, password, port or the
+// brackets of an IPv6 address.
+QString typedHost(const QString &address);
 
 // The opaque reference to a file (path, device and inode) and the way back to a path.
 QByteArray makeBookmark(const QString &path);
 std::optional<QString> resolveBookmark(const QByteArray &bookmark);
 
-// A Desktop Entry's Name, and its Exec line split into program and arguments with
-// the field codes (%f, %U...) taken out. Nothing when the file is not one.
+// A Desktop Entry's Name (translated), and the command its Exec, Path and Terminal
+// keys start. Nothing when the file is not one or its Exec line is broken.
 std::optional<QString> desktopEntryName(const QString &path);
-std::optional<QStringList> desktopEntryCommand(const QString &path);
+std::optional<ProgramCommand> desktopEntryCommand(const QString &path);
 
 // Opens an entry: an application is started as the desktop starts it, a file opens in
 // its default application, a site in the default browser. Failures are silent.

@@ -10,7 +10,10 @@ ColumnLayout {
     readonly property QtObject session: module.session
     property int customMinutes: module.initialCustomMinutes
 
-    spacing: 8
+    // The parts are laid out one below the other by the surface that hosts the panel
+    // (its stack holds the panel's loader), with the spacing of that stack and no
+    // padding of the panel's own.
+    spacing: parent && parent.parent && parent.parent.spacing !== undefined ? parent.parent.spacing : 10
 
     Text {
         objectName: "timerTitle"

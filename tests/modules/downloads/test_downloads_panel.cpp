@@ -75,7 +75,7 @@ private slots:
         QVERIFY(!f.row(12));
     }
 
-    void clickOpensTheFileEvenWhenItIsGone()
+    void clickOpensTheFileAndAFileDeletedMeanwhileOpensNothing()
     {
         Fixture f;
         const QString path = f.folder.filePath(QStringLiteral("report.pdf"));
@@ -84,6 +84,25 @@ private slots:
         HostedPanel::press(f.row(0));
         QCOMPARE(f.opener.opened, QList<QUrl>({QUrl::fromLocalFile(path)}));
         QCOMPARE(f.store.items().size(), 1); // the row stays
+
+        // Deleted after the list was drawn, before the folder's change reaches the store.
+        QVERIFY(QFile::remove(path));
+        QVERIFY(f.row(0));
+        HostedPanel::press(f.row(0));
+        QCOMPARE(f.opener.opened.size(), 1);
+    }
+
+    void rowsShowTheDocSymbolAtItsNaturalWidthAndTheStateUnderTheName()
+    {
+        Fixture f;
+        grow(f.folder.filePath(QStringLiteral("notes.txt")), 3);
+        QTRY_VERIFY(f.row(0));
+        QQuickItem *icon = f.panel.item(QStringLiteral("rowIcon"), f.row(0));
+        QQuickItem *symbol = f.panel.item(QStringLiteral("rowSymbol"), f.row(0));
+        QTRY_COMPARE(icon->width(), symbol->width());
+        QCOMPARE(symbol->opacity(), 0.7);
+        QVERIFY(f.panel.item(QStringLiteral("rowSubtitle"), f.row(0))->isVisible());
+        QCOMPARE(f.panel.item(QStringLiteral("rowSubtitle"), f.row(0))->opacity(), 0.45);
     }
 };
 

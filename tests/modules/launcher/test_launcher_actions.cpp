@@ -31,12 +31,14 @@ public:
 class RecordingLauncher final : public ProgramLauncher
 {
 public:
-    bool launch(const QString &program, const QStringList &arguments) override
+    bool launch(const ProgramCommand &command) override
     {
-        launched << (QStringList{program} + arguments).join(QLatin1Char(' '));
+        launched << (QStringList{command.program} + command.arguments).join(QLatin1Char(' '));
+        commands << command;
         return true;
     }
     QStringList launched;
+    QList<ProgramCommand> commands;
 };
 
 void writeFile(const QString &path, const QByteArray &bytes)

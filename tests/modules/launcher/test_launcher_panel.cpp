@@ -22,7 +22,7 @@ public:
 class NoLauncher final : public ProgramLauncher
 {
 public:
-    bool launch(const QString &, const QStringList &) override { return false; }
+    bool launch(const ProgramCommand &) override { return false; }
 };
 
 struct Fixture {
