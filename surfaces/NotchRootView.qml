@@ -109,9 +109,13 @@ Item {
 
             Repeater {
                 model: root.surface.hasDropPayload ? [] : root.controller.modules
+                // A panel exists only while the surface is open: each opening starts it
+                // afresh, so what was typed, stepped or scrolled last time is gone.
                 delegate: Loader {
                     required property QtObject modelData
+                    objectName: "modulePanel_" + modelData.id
                     Layout.fillWidth: true
+                    active: root.expanded
                     Component.onCompleted: setSource(modelData.expandedView, modelData.expandedViewProperties)
                 }
             }

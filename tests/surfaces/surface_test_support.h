@@ -5,6 +5,7 @@
 #include "app/preferences_store.h"
 #include "dragdrop/drop_payload.h"
 #include "modules/module_registry.h"
+#include "modules/timer/timer_module.h"
 #include "surfaces/surface_context.h"
 #include "tests/support/fake_key_value_store.h"
 
@@ -22,10 +23,18 @@
 namespace ledgewise::testing {
 
 
+// The working timer (its session never started here) and the placeholders.
+inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &timer)
+{
+    std::vector<std::unique_ptr<LedgewiseModule>> modules = makePlaceholderModules();
+    modules.push_back(std::make_unique<TimerModule>(timer));
+    return modules;
+}
+
 class TestContext final : public SurfaceContext
 {
 public:
-    TestContext() : store(settings), registry(makePlaceholderModules()) {}
+    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer)) {}
 
     PreferencesStore &preferencesStore() override { return store; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
@@ -40,6 +49,7 @@ public:
 
     FakeKeyValueStore settings;
     PreferencesStore store;
+    TimerSession timer;
     ModuleRegistry registry;
     std::optional<QString> countdown;
     QStringList performed;

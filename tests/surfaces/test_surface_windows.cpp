@@ -204,6 +204,38 @@ private slots:
         QCOMPARE(m_fixture->context->performed, QStringList({"share", "save"}));
     }
 
+    void everyOpeningStartsThePanelsAfresh()
+    {
+        // Classic corners: an open pill is a capsule whose top corners, where the
+        // stepper sits, are cut away.
+        m_fixture->context->store.update([](Preferences &p) {
+            p.leftModuleIDs = {ModuleID::timer};
+            p.style = NotchStyle::classic;
+        });
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QQuickItem *root = surfaceLeft->window()->rootObject();
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        QVERIFY(!findItem(root, QStringLiteral("customLabel"))); // no panel while closed
+
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QTRY_VERIFY(findItem(root, QStringLiteral("stepUp")));
+        QCOMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("20 min"));
+        for (int i = 0; i < 3; ++i)
+            clickAt(onScreen(findItem(root, QStringLiteral("stepUp"))));
+        QTRY_COMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("23 min"));
+
+        clickAt(QPoint(756, 600));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        QTRY_VERIFY(!findItem(root, QStringLiteral("customLabel")));
+
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QTRY_VERIFY(findItem(root, QStringLiteral("customLabel")));
+        QCOMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("20 min"));
+    }
+
     void animationDurations()
     {
         QCOMPARE(NotchWindowController::animationDurationMs(1.0, false), 380);
@@ -214,6 +246,12 @@ private slots:
 
 private:
     NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
+
+    // The middle of an item, in screen coordinates.
+    static QPoint onScreen(QQuickItem *item)
+    {
+        return item ? item->mapToGlobal(QPointF(item->width() / 2, item->height() / 2)).toPoint() : QPoint();
+    }
 
     std::unique_ptr<SurfaceFixture> m_fixture;
 };
