@@ -6,6 +6,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace ledgewise {
 
@@ -69,40 +70,74 @@ bool DragCatcher::performDragOperation(const QMimeData &data)
 
 bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
 {
-    auto *window = qobject_cast<QWindow *>(watched);
     switch (event->type()) {
     case QEvent::DragEnter:
-    case QEvent::DragMove: {
-        auto *drag = static_cast<QDragMoveEvent *>(event);
-        const bool inside = !window || contains(window->size(), drag->position());
-        const bool copy = inside
-            && (event->type() == QEvent::DragEnter ? draggingEntered(*drag->mimeData())
-                                                   : draggingUpdated(*drag->mimeData()));
-        if (copy) {
-            drag->setDropAction(Qt::CopyAction);
-            drag->accept();
-        } else {
-            drag->ignore();
-        }
-        return true;
-    }
+    case QEvent::DragMove:
+    case QEvent::Drop:
     case QEvent::DragLeave:
-        draggingExited();
-        return true;
-    case QEvent::Drop: {
-        auto *drop = static_cast<QDropEvent *>(event);
-        const bool accepted = prepareForDragOperation(*drop->mimeData()) && performDragOperation(*drop->mimeData());
-        if (accepted) {
-            drop->setDropAction(Qt::CopyAction);
-            drop->accept();
-        } else {
-            drop->ignore();
-        }
-        return true;
-    }
+        break;
     default:
         return QObject::eventFilter(watched, event);
     }
+
+    // The window hears of the drag wherever it is over it, the corners outside the
+    // rounded shape included; the catcher only counts what happens inside the shape,
+    // so a crossing of the shape's edge is an entry or an exit.
+    auto *window = qobject_cast<QWindow *>(watched);
+    const auto insideShape = [&](const QPointF &point) { return !window || contains(window->size(), point); };
+
+    if (event->type() == QEvent::DragLeave) {
+        const bool wasInside = m_dragInside;
+        m_dragLetIn = m_dragInside = false;
+        if (wasInside)
+            draggingExited();
+        return true;
+    }
+
+    auto *drop = static_cast<QDropEvent *>(event);
+    if (event->type() == QEvent::DragEnter) {
+        // A new drag: one that was never seen leaving has left.
+        if (std::exchange(m_dragInside, false))
+            draggingExited();
+        m_dragLetIn = drop->mimeData() && DropPayload::offersRegisteredType(*drop->mimeData());
+    }
+    // A drag that offers nothing a surface takes never reaches the catcher.
+    if (!m_dragLetIn || !drop->mimeData()) {
+        drop->ignore();
+        return true;
+    }
+    const QMimeData &data = *drop->mimeData();
+
+    const bool inside = insideShape(drop->position());
+    bool copy = false;
+    if (event->type() == QEvent::Drop) {
+        const bool wasInside = std::exchange(m_dragInside, false);
+        m_dragLetIn = false;
+        if (wasInside && !inside) {
+            draggingExited();
+        } else if (inside) {
+            copy = prepareForDragOperation(data) && performDragOperation(data);
+            // A refused drop over the shape leaves it as a drag that went away would.
+            if (!copy && wasInside)
+                draggingExited();
+        }
+    } else if (inside && !m_dragInside) {
+        m_dragInside = true;
+        copy = draggingEntered(data);
+    } else if (!inside && m_dragInside) {
+        m_dragInside = false;
+        draggingExited();
+    } else if (inside) {
+        copy = draggingUpdated(data);
+    }
+
+    if (copy) {
+        drop->setDropAction(Qt::CopyAction);
+        drop->accept();
+    } else {
+        drop->ignore();
+    }
+    return true;
 }
 
 } // namespace ledgewise

@@ -49,7 +49,9 @@ public:
     bool prepareForDragOperation(const QMimeData &data) const;
     bool performDragOperation(const QMimeData &data);
 
-    // Catches the drag events of the window it is installed on.
+    // Catches the drag events of the window it is installed on and turns them into the
+    // callbacks above: entering and leaving the rounded shape are what count as the
+    // drag entering and leaving, wherever it crosses the window's own edge.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -58,6 +60,10 @@ private:
     DragDestinationHandling *m_handler = nullptr;
     QPointer<QObject> m_guard;
     double m_pillCornerRadius = 14;
+    // The drag now over the window: whether it offers a type a surface takes, and
+    // whether it is inside the rounded shape.
+    bool m_dragLetIn = false;
+    bool m_dragInside = false;
 };
 
 } // namespace ledgewise

@@ -6,7 +6,6 @@
 
 #include <QBuffer>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
@@ -27,25 +26,30 @@ void writeNewFile(const QString &path, const QByteArray &bytes)
     }
 }
 
-// Copies a file, or a folder with everything in it, to a path that does not exist yet.
-void copyItem(const QString &source, const QString &target)
+// Copies a file, a symbolic link, or a folder with everything in it, to a path that
+// does not exist yet. Anything else (pipes, sockets, devices) is skipped: reading one
+// could block the interface or never end. `copyRoot` is the whole copy's own folder,
+// never copied into itself when a folder is saved into the Downloads folder inside it.
+void copyItem(const QFileInfo &source, const QString &target, const QString &copyRoot)
 {
-    const QFileInfo info(source);
-    if (info.isDir() && !info.isSymLink()) {
+    if (source.isSymLink()) {
+        QFile::link(source.symLinkTarget(), target);
+        return;
+    }
+    if (source.isDir()) {
+        if (source.canonicalFilePath() == copyRoot)
+            return;
+        const QFileInfoList children = QDir(source.filePath())
+            .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
         if (!QDir().mkdir(target))
             return;
-        QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-        while (it.hasNext()) {
-            const QString entry = it.next();
-            copyItem(entry, QDir(target).filePath(it.fileName()));
-        }
+        const QString root = copyRoot.isEmpty() ? QFileInfo(target).canonicalFilePath() : copyRoot;
+        for (const QFileInfo &child : children)
+            copyItem(child, QDir(target).filePath(child.fileName()), root);
         return;
     }
-    if (info.isSymLink()) {
-        QFile::link(info.symLinkTarget(), target);
-        return;
-    }
-    QFile::copy(source, target);
+    if (source.isFile())
+        QFile::copy(source.filePath(), target);
 }
 
 QByteArray pngBytes(const QImage &image)
@@ -111,11 +115,11 @@ void save(const DropPayload &payload, const QString &downloadsFolder)
         return;
     if (!payload.fileURLs.isEmpty()) {
         for (const QUrl &url : payload.fileURLs) {
-            const QString source = url.toLocalFile();
-            const QString name = QFileInfo(source).fileName();
-            if (name.isEmpty() || !QFileInfo::exists(source))
+            const QFileInfo source(QDir::cleanPath(url.toLocalFile()));
+            const QString name = fileName(url);
+            if (name.isEmpty() || name.contains(QLatin1Char('/')) || !(source.exists() || source.isSymLink()))
                 continue;
-            copyItem(source, uniquePath(downloadsFolder, name));
+            copyItem(source, uniquePath(downloadsFolder, name), QString());
         }
     } else if (payload.image) {
         const QByteArray png = pngBytes(*payload.image);

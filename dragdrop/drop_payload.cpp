@@ -1,5 +1,7 @@
 #include "dragdrop/drop_payload.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QMimeData>
 
@@ -10,6 +12,7 @@ namespace {
 const QString uriList = QStringLiteral("text/uri-list");
 const QString mozillaUrl = QStringLiteral("text/x-moz-url");
 const QString plainText = QStringLiteral("text/plain");
+const QString utf8Text = QStringLiteral("text/plain;charset=utf-8");
 const QString copiedFiles = QStringLiteral("x-special/gnome-copied-files");
 const QString legacyLink = QStringLiteral("_NETSCAPE_URL");
 
@@ -46,13 +49,19 @@ QList<QUrl> mozillaUrls(const QByteArray &bytes)
 }
 
 // A file manager's list of copied files: "copy" or "cut", then one file URI or
-// absolute path per line.
+// absolute path per line. Some writers leave the first line out, so only those two
+// words are taken as that line; anything else there is the first file.
 QList<QUrl> copiedFileUrls(const QByteArray &bytes)
 {
     QList<QUrl> files;
-    const QList<QByteArray> lines = bytes.split('\n');
-    for (qsizetype i = 1; i < lines.size(); ++i) {
-        const QByteArray entry = lines[i].trimmed();
+    QList<QByteArray> lines = bytes.split('\n');
+    if (!lines.isEmpty()) {
+        const QByteArray first = lines.constFirst().trimmed();
+        if (first == "copy" || first == "cut")
+            lines.removeFirst();
+    }
+    for (const QByteArray &line : std::as_const(lines)) {
+        const QByteArray entry = line.trimmed();
         if (entry.isEmpty())
             continue;
         const QUrl url = entry.startsWith('/') ? QUrl::fromLocalFile(QString::fromUtf8(entry))
@@ -86,6 +95,20 @@ std::optional<QImage> readImage(const QMimeData &data)
     return std::nullopt;
 }
 
+// Plain text only from the plain-text types. Qt's own text reading falls back to the
+// URI list, which would turn a broken link list into a text drop.
+std::optional<QString> readPlainText(const QMimeData &data)
+{
+    for (const QString &format : {utf8Text, plainText}) {
+        if (!data.hasFormat(format))
+            continue;
+        const QString text = QString::fromUtf8(data.data(format));
+        if (!text.isEmpty())
+            return text;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::optional<DropPayload> DropPayload::from(const QMimeData &data)
@@ -113,17 +136,14 @@ std::optional<DropPayload> DropPayload::from(const QMimeData &data)
     if (auto image = readImage(data))
         return DropPayload{Kind::image, {}, {}, std::nullopt, std::move(image)};
 
-    if (data.hasText()) {
-        const QString text = data.text();
-        if (!text.isEmpty())
-            return DropPayload{Kind::text, {}, {}, text, std::nullopt};
-    }
+    if (auto text = readPlainText(data))
+        return DropPayload{Kind::text, {}, {}, std::move(text), std::nullopt};
     return std::nullopt;
 }
 
 QStringList DropPayload::registeredTypes()
 {
-    QStringList types = {uriList, mozillaUrl, plainText, QStringLiteral("text/plain;charset=utf-8"),
+    QStringList types = {uriList, mozillaUrl, plainText, utf8Text,
                          QStringLiteral("image/png"), QStringLiteral("image/tiff")};
     for (const QByteArray &type : QImageReader::supportedMimeTypes()) {
         const QString name = QString::fromLatin1(type);
@@ -142,6 +162,14 @@ bool DropPayload::offersRegisteredType(const QMimeData &data)
             return true;
     }
     return data.hasImage();
+}
+
+QString fileName(const QUrl &fileUrl)
+{
+    // A folder's URL may end in a slash; its name is the last part all the same.
+    const QString path = QDir::cleanPath(fileUrl.toLocalFile());
+    const QString name = QFileInfo(path).fileName();
+    return name.isEmpty() ? path : name; // the root folder is called "/"
 }
 
 QVariantList DropPayload::shareItems() const
@@ -165,7 +193,7 @@ QString DropPayload::summary() const
 {
     if (!fileURLs.isEmpty()) {
         if (fileURLs.size() == 1)
-            return fileURLs.constFirst().fileName();
+            return fileName(fileURLs.constFirst());
         return QStringLiteral("%1 files").arg(fileURLs.size());
     }
     if (!urls.isEmpty() && !urls.constFirst().host().isEmpty())

@@ -43,4 +43,8 @@ struct DropPayload {
     QString summary() const;
 };
 
+// The last part of a file URL's path: the file's name, or a folder's name whether or
+// not the URL ends in a slash ("/" for the root folder).
+QString fileName(const QUrl &fileUrl);
+
 } // namespace ledgewise

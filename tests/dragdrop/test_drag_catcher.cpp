@@ -2,6 +2,7 @@
 
 #include <QMimeData>
 #include <QTest>
+#include <QWindow>
 
 using namespace ledgewise;
 
@@ -21,6 +22,53 @@ public:
     }
     QStringList log;
 };
+
+// A surface's window of 76 x 28 with the catcher installed, driven by the drag events
+// the window system sends; remembers whether each event was accepted with copy.
+class DraggedWindow
+{
+public:
+    explicit DraggedWindow(DragCatcher &catcher)
+    {
+        window.resize(76, 28);
+        window.installEventFilter(&catcher);
+    }
+
+    bool enter(const QMimeData &data, QPointF at)
+    {
+        QDragEnterEvent event(at.toPoint(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        return send(event);
+    }
+    bool move(const QMimeData &data, QPointF at)
+    {
+        QDragMoveEvent event(at.toPoint(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        return send(event);
+    }
+    bool drop(const QMimeData &data, QPointF at)
+    {
+        QDropEvent event(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        return send(event);
+    }
+    void leave()
+    {
+        QDragLeaveEvent event;
+        QCoreApplication::sendEvent(&window, &event);
+    }
+
+    QWindow window;
+
+private:
+    bool send(QDropEvent &event)
+    {
+        event.ignore();
+        QCoreApplication::sendEvent(&window, &event);
+        return event.isAccepted() && event.dropAction() == Qt::CopyAction;
+    }
+};
+
+const QPointF topLeftCorner(1, 1);
+const QPointF bottomRightCorner(75, 27);
+const QPointF centre(38, 14);
 
 } // namespace
 
@@ -94,6 +142,91 @@ private slots:
         catcher.setHandler(handler.get(), handler.get());
         handler.reset(); // gone: never called again
         QVERIFY(catcher.performDragOperation(data));
+    }
+
+    void dragOfNoTypeASurfaceTakesNeverReachesTheCatcher()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setData(QStringLiteral("application/x-unknown"), "bytes");
+        QVERIFY(!surface.enter(data, centre));
+        QVERIFY(!surface.move(data, centre));
+        QVERIFY(!surface.move(data, QPointF(40, 15)));
+        surface.leave();
+        QVERIFY(!surface.enter(data, centre));
+        QVERIFY(!surface.drop(data, centre));
+        QCOMPARE(handler.log, QStringList());
+    }
+
+    void dragEnteringThroughACornerEntersWhenItReachesTheShape()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setText(QStringLiteral("some text"));
+        QVERIFY(!surface.enter(data, topLeftCorner));
+        QVERIFY(!surface.move(data, topLeftCorner));
+        QCOMPARE(handler.log, QStringList());
+        QVERIFY(surface.move(data, centre));
+        QCOMPARE(handler.log, QStringList({"enter some text"}));
+        QVERIFY(surface.move(data, QPointF(40, 15)));
+        QCOMPARE(handler.log, QStringList({"enter some text"}));
+        surface.leave();
+        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+    }
+
+    void dragMovingOutIntoACornerExitsAndComingBackEntersAgain()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setText(QStringLiteral("some text"));
+        QVERIFY(surface.enter(data, centre));
+        QVERIFY(surface.move(data, centre));
+        QVERIFY(!surface.move(data, bottomRightCorner));
+        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+        QVERIFY(!surface.move(data, QPointF(75, 26)));
+        surface.leave(); // already out of the shape: no second exit
+        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+
+        QVERIFY(!surface.enter(data, bottomRightCorner));
+        QVERIFY(surface.move(data, centre));
+        QVERIFY(surface.drop(data, centre));
+        QCOMPARE(handler.log, QStringList({"enter some text", "exit", "enter some text", "drop some text"}));
+    }
+
+    void dropInACornerIsRefusedAndCountsAsLeaving()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt"))});
+        QVERIFY(surface.enter(data, centre));
+        QVERIFY(!surface.drop(data, topLeftCorner));
+        QCOMPARE(handler.log, QStringList({"enter a.txt", "exit"}));
+    }
+
+    void unreadableLinkTypeIsLetInLenientlyAndRefusedAtTheDrop()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setData(QStringLiteral("_NETSCAPE_URL"), "https://example.org");
+        QVERIFY(!surface.enter(data, centre));
+        QVERIFY(surface.move(data, QPointF(40, 15))); // lenient while it moves
+        QVERIFY(!surface.drop(data, QPointF(40, 15)));
+        QCOMPARE(handler.log, QStringList({"exit"}));
     }
 
     void emptyDragIsRefused()

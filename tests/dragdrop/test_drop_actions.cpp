@@ -10,7 +10,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <chrono>
+#include <future>
 
 using namespace ledgewise;
 
@@ -57,6 +62,20 @@ void writeFile(const QString &path, const QByteArray &bytes)
 QStringList entries(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+// Saves on another thread and reports whether the save ended within ten seconds. If it
+// did not, it is stuck reading `fifo`: a writer that opens and closes it lets it end.
+bool saveEnds(const DropPayload &payload, const QString &downloads, const QString &fifo)
+{
+    auto saving = std::async(std::launch::async, [&] { DropActions::save(payload, downloads); });
+    if (saving.wait_for(std::chrono::seconds(10)) == std::future_status::ready)
+        return true;
+    const int writer = ::open(QFile::encodeName(fifo).constData(), O_WRONLY | O_NONBLOCK);
+    if (writer >= 0)
+        ::close(writer);
+    saving.wait();
+    return false;
 }
 
 } // namespace
@@ -145,6 +164,60 @@ private slots:
         QVERIFY(QFile::exists(source.filePath("project/README")));
     }
 
+    void folderGivenWithATrailingSlashIsSavedUnderItsName()
+    {
+        QTemporaryDir source, downloads;
+        QVERIFY(QDir(source.path()).mkpath("Holiday photos"));
+        writeFile(source.filePath("Holiday photos/beach.jpg"), "sand");
+        QVERIFY(QDir(downloads.path()).mkpath("Holiday photos"));
+        const QUrl folder = QUrl::fromLocalFile(source.filePath("Holiday photos") + QLatin1Char('/'));
+        DropActions::save(DropPayload{DropPayload::Kind::files, {folder, folder}, {}, std::nullopt, std::nullopt},
+                          downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({"Holiday photos", "Holiday photos-1", "Holiday photos-2"}));
+        QVERIFY(entries(downloads.filePath("Holiday photos")).isEmpty());
+        QCOMPARE(contents(downloads.filePath("Holiday photos-1/beach.jpg")), QByteArray("sand"));
+        QCOMPARE(contents(downloads.filePath("Holiday photos-2/beach.jpg")), QByteArray("sand"));
+    }
+
+    void pipeInsideADroppedFolderIsSkippedWithoutWaiting()
+    {
+        QTemporaryDir source, downloads;
+        QVERIFY(QDir(source.path()).mkpath("project"));
+        writeFile(source.filePath("project/a.txt"), "first");
+        const QString fifo = source.filePath("project/pipe");
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        writeFile(source.filePath("project/z.txt"), "last");
+        QVERIFY(QFile::link(source.filePath("project/a.txt"), source.filePath("project/link")));
+
+        QVERIFY2(saveEnds(filePayload({source.filePath("project")}), downloads.path(), fifo), "save waited on a pipe");
+        QCOMPARE(entries(downloads.filePath("project")), QStringList({"a.txt", "link", "z.txt"}));
+        QCOMPARE(contents(downloads.filePath("project/z.txt")), QByteArray("last"));
+        QCOMPARE(QFileInfo(downloads.filePath("project/link")).symLinkTarget(), source.filePath("project/a.txt"));
+    }
+
+    void droppedPipeOrDeviceIsNotCopied()
+    {
+        QTemporaryDir source, downloads;
+        const QString fifo = source.filePath("pipe");
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        QVERIFY2(saveEnds(filePayload({fifo, QStringLiteral("/dev/null")}), downloads.path(), fifo),
+                 "save waited on a pipe");
+        QVERIFY(entries(downloads.path()).isEmpty());
+    }
+
+    void folderSavedIntoTheDownloadsFolderInsideIt()
+    {
+        QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkpath("Downloads"));
+        writeFile(home.filePath("notes.txt"), "n");
+        writeFile(home.filePath("Downloads/old.zip"), "z");
+        DropActions::save(filePayload({home.path()}), home.filePath("Downloads"));
+        const QString copy = home.filePath("Downloads/" + QFileInfo(home.path()).fileName());
+        QCOMPARE(entries(copy), QStringList({"Downloads", "notes.txt"}));
+        QCOMPARE(entries(copy + "/Downloads"), QStringList({"old.zip"}));
+        QCOMPARE(entries(home.filePath("Downloads")), QStringList({"old.zip", QFileInfo(home.path()).fileName()}));
+    }
+
     void missingSourcesAreSkippedAndTheRestSaved()
     {
         QTemporaryDir source, downloads;
@@ -173,6 +246,42 @@ private slots:
         QFile::setPermissions(downloads.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
         QCOMPARE(contents(downloads.filePath("Dropped.txt")), QByteArray("keep"));
+    }
+
+    void downloadsFolderNoOneCanWriteIntoEndsQuietly()
+    {
+        // Nobody, root included, makes files in /proc; its entries exist and some can be
+        // written to (comm renames this process), so a save must leave them alone.
+        const QString downloads = QStringLiteral("/proc/self");
+        QFile comm(downloads + "/comm");
+        QVERIFY(comm.open(QIODevice::ReadOnly));
+        const QByteArray name = comm.readAll();
+        comm.close();
+
+        QTemporaryDir source;
+        writeFile(source.filePath("comm"), "overwritten\n");
+        QVERIFY(QDir(source.path()).mkpath("folder"));
+        writeFile(source.filePath("folder/inside"), "x");
+        DropActions::save(filePayload({source.filePath("comm"), source.filePath("folder")}), downloads);
+        DropActions::save(textPayload(QStringLiteral("new")), downloads);
+        DropActions::save(imagePayload(), downloads);
+        DropActions::save(linkPayload({QUrl(QStringLiteral("https://example.org/"))}), downloads);
+
+        QVERIFY(comm.open(QIODevice::ReadOnly));
+        QCOMPARE(comm.readAll(), name);
+        for (const char *made : {"comm-1", "folder", "Dropped.txt", "Dropped.png", "Dropped.url"})
+            QVERIFY2(!QFileInfo::exists(downloads + "/" + QLatin1String(made)), made);
+    }
+
+    void downloadsPathUnderAFileEndsQuietly()
+    {
+        QTemporaryDir home;
+        writeFile(home.filePath("Downloads"), "a file, not a folder");
+        const QString downloads = home.filePath("Downloads/inner");
+        DropActions::save(textPayload(QStringLiteral("new")), downloads);
+        DropActions::save(filePayload({home.filePath("Downloads")}), downloads);
+        QCOMPARE(entries(home.path()), QStringList({"Downloads"}));
+        QCOMPARE(contents(home.filePath("Downloads")), QByteArray("a file, not a folder"));
     }
 
     void nothingExistingIsOverwrittenEvenByADanglingLink()

@@ -195,6 +195,64 @@ private slots:
         QCOMPARE(DropPayload::from(oddMozilla), std::nullopt);
     }
 
+    void brokenUriListAloneIsNotText()
+    {
+        for (const QByteArray &list : {QByteArray("not a url at all"), QByteArray("not a url at all\r\n"),
+                                       QByteArray("# comment"), QByteArray("# comment\r\nnot a url at all\r\n")}) {
+            QMimeData data;
+            data.setData(QStringLiteral("text/uri-list"), list);
+            QCOMPARE(DropPayload::from(data), std::nullopt);
+        }
+    }
+
+    void textComesFromThePlainTextTypesUtf8First()
+    {
+        QMimeData both;
+        both.setData(QStringLiteral("text/plain;charset=utf-8"), "gr\xc3\xbc\xc3\x9f" "e");
+        both.setData(QStringLiteral("text/plain"), "other");
+        QCOMPARE(DropPayload::from(both)->text, QStringLiteral("grüße"));
+
+        QMimeData utf8Only;
+        utf8Only.setData(QStringLiteral("text/plain;charset=utf-8"), "caf\xc3\xa9");
+        const auto payload = DropPayload::from(utf8Only);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::text);
+        QCOMPARE(payload->summary(), QStringLiteral("café"));
+
+        QMimeData emptyUtf8;
+        emptyUtf8.setData(QStringLiteral("text/plain;charset=utf-8"), "");
+        emptyUtf8.setData(QStringLiteral("text/plain"), "plain");
+        QCOMPARE(DropPayload::from(emptyUtf8)->text, QStringLiteral("plain"));
+    }
+
+    void copiedFilesListWithoutItsFirstLineKeepsEveryFile()
+    {
+        QMimeData bare;
+        bare.setData(QStringLiteral("x-special/gnome-copied-files"), "file:///home/a/one.png\n/home/a/two.txt");
+        QCOMPARE(DropPayload::from(bare)->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png"),
+                                                                 QUrl::fromLocalFile("/home/a/two.txt")}));
+
+        QMimeData cut;
+        cut.setData(QStringLiteral("x-special/gnome-copied-files"), "cut\nfile:///home/a/one.png\n");
+        QCOMPARE(DropPayload::from(cut)->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png")}));
+
+        QMimeData onlyTheWord;
+        onlyTheWord.setData(QStringLiteral("x-special/gnome-copied-files"), "copy");
+        QCOMPARE(DropPayload::from(onlyTheWord), std::nullopt);
+    }
+
+    void folderWithATrailingSlashIsSummarisedByItsName()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), "file:///home/a/Holiday%20photos/\r\n");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::files);
+        QCOMPARE(payload->summary(), QStringLiteral("Holiday photos"));
+        QCOMPARE(fileName(QUrl(QStringLiteral("file:///home/a/dir//"))), QStringLiteral("dir"));
+        QCOMPARE(fileName(QUrl(QStringLiteral("file:///"))), QStringLiteral("/"));
+    }
+
     void onlyTheOldLinkTypeIsLetInButReadsAsNothing()
     {
         QMimeData data;
