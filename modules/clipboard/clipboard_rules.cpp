@@ -14,10 +14,10 @@ namespace {
 
 QByteArray offeredImage(const Pasteboard &pasteboard)
 {
-    // PNG first: it is what X11 applications offer natively, and it turns into the
-    // stored PNG without a detour.
+    // TIFF first, then PNG: an application offering both puts its richest picture in
+    // the TIFF, and every image is re-encoded as PNG anyway.
     const QStringList offered = pasteboard.types();
-    for (const char *type : {"image/png", "image/tiff"}) {
+    for (const char *type : {"image/tiff", "image/png"}) {
         const QString name = QString::fromLatin1(type);
         if (offered.contains(name)) {
             const QByteArray bytes = pasteboard.data(name);

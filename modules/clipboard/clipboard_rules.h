@@ -32,7 +32,7 @@ inline constexpr qint64 maximumImagePixels = 32'000'000;
 bool isSecret(const Pasteboard &pasteboard);
 
 // Links first (only http and https, compared exactly), then text that is not only white
-// space, then an image. A link or text equal to the newest entry of its kind is a repeat
+// space, then an image (its TIFF, else its PNG). A link or text equal to the newest entry of its kind is a repeat
 // and gives nothing; text is compared untrimmed.
 Capture classify(const Pasteboard &pasteboard, const QList<ClipboardItem> &items);
 

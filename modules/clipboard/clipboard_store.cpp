@@ -104,6 +104,7 @@ void ClipboardStore::pollPasteboard()
     m_lastChangeCount = count;
     if (!m_isWriting)
         ingest();
+    emit pasteboardChecked();
 }
 
 void ClipboardStore::ingest()

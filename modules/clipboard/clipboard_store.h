@@ -50,6 +50,9 @@ public:
 
 signals:
     void itemsChanged();
+    // The store has looked at one new change of the clipboard, whether it kept it or
+    // not (a repeat, white space, a secret, our own copy-back).
+    void pasteboardChecked();
 
 private:
     void beginMonitoring();

@@ -19,15 +19,21 @@ inline QMimeData *textData(const QString &text)
     return data;
 }
 
-inline QByteArray pngOf(const QColor &color, QSize size = QSize(4, 4))
+// A picture of one colour, encoded in `format` ("PNG", "TIFF").
+inline QByteArray imageOf(const QColor &color, const char *format, QSize size = QSize(4, 4))
 {
     QImage image(size, QImage::Format_ARGB32);
     image.fill(color);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image.save(&buffer, format);
     return bytes;
+}
+
+inline QByteArray pngOf(const QColor &color, QSize size = QSize(4, 4))
+{
+    return imageOf(color, "PNG", size);
 }
 
 // Only a PNG signature and header: says it is width x height without the pixels.

@@ -129,6 +129,25 @@ private slots:
         QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::image);
     }
 
+    void tiffIsReadBeforePng()
+    {
+        FakePasteboard pasteboard;
+        const QByteArray tiff = imageOf(Qt::red, "TIFF");
+        QVERIFY(!tiff.isEmpty());
+        auto *both = new QMimeData;
+        both->setData(QStringLiteral("image/png"), pngOf(Qt::blue));
+        both->setData(QStringLiteral("image/tiff"), tiff);
+        pasteboard.copyFromElsewhere(both);
+        const Capture capture = ClipboardRules::classify(pasteboard, {});
+        QCOMPARE(capture.kind, Capture::Kind::image);
+        QCOMPARE(capture.imageData, tiff);
+
+        auto *pngOnly = new QMimeData;
+        pngOnly->setData(QStringLiteral("image/png"), pngOf(Qt::blue));
+        pasteboard.copyFromElsewhere(pngOnly);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {}).imageData, pngOf(Qt::blue));
+    }
+
     void secretsAreRecognised()
     {
         FakePasteboard pasteboard;

@@ -299,6 +299,19 @@ private slots:
         QCOMPARE(QFileInfo(image).permissions() & 0x7777, filePermissions);
     }
 
+    void imageOfferedAsTiffAndPngIsStoredFromTheTiff()
+    {
+        Fixture f;
+        auto *data = new QMimeData;
+        data->setData(QStringLiteral("image/png"), pngOf(Qt::blue, QSize(6, 3)));
+        data->setData(QStringLiteral("image/tiff"), imageOf(Qt::red, "TIFF", QSize(5, 2)));
+        f.pasteboard.copyFromElsewhere(data);
+        QCOMPARE(f.store.items().size(), 1);
+        const QImage stored(QDir(f.store.imagesDirectory()).filePath(*f.store.items()[0].imageFileName), "PNG");
+        QCOMPARE(stored.size(), QSize(5, 2));
+        QCOMPARE(QColor(stored.pixel(0, 0)), QColor(Qt::red));
+    }
+
     void undecodableImageAddsNothing()
     {
         Fixture f;
