@@ -63,6 +63,54 @@ private slots:
         QCOMPARE(QColor(pasted.pixel(2, 3)), QColor(Qt::magenta));
     }
 
+    void linksArePastedAsALinkList()
+    {
+        QtPasteboard pasteboard;
+        DropActions::copy(DropPayload{DropPayload::Kind::urls,
+                                      {},
+                                      {QUrl(QStringLiteral("https://example.org/a b")), QUrl(QStringLiteral("mailto:x@example.org"))},
+                                      std::nullopt,
+                                      std::nullopt},
+                          pasteboard);
+        QCOMPARE(pasteElsewhere(QStringLiteral("text/uri-list")),
+                 QByteArray("https://example.org/a%20b\r\nmailto:x@example.org\r\n"));
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")),
+                 QByteArray("https://example.org/a b\nmailto:x@example.org"));
+    }
+
+    void copyingNothingAfterSomeTextLeavesTheClipboardEmpty()
+    {
+        QtPasteboard pasteboard;
+        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("before"), std::nullopt}, pasteboard);
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("before"));
+        DropActions::copy(DropPayload{}, pasteboard);
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray());
+        QCOMPARE(pasteElsewhere(QStringLiteral("TARGETS")), QByteArray());
+    }
+
+    void twoFilesOfferTheirUrlsAndNothingElse()
+    {
+        QtPasteboard pasteboard;
+        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("stray"), std::nullopt}, pasteboard);
+        const DropPayload payload{DropPayload::Kind::files,
+                                  {QUrl::fromLocalFile("/tmp/picture.png"), QUrl::fromLocalFile("/tmp/notes.txt")},
+                                  {},
+                                  std::nullopt,
+                                  std::nullopt};
+        DropActions::copy(payload, pasteboard);
+        QStringList targets = QString::fromLatin1(pasteElsewhere(QStringLiteral("TARGETS"))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        targets.sort();
+        // The link list, the forms X offers a link list in, and the file managers' list;
+        // the rest is the selection protocol's own.
+        QCOMPARE(targets, QStringList({"MULTIPLE", "SAVE_TARGETS", "TARGETS", "TIMESTAMP", "text/plain", "text/uri-list",
+                                       "text/x-moz-url", "x-special/gnome-copied-files"}));
+        QCOMPARE(pasteElsewhere(QStringLiteral("text/uri-list")),
+                 QByteArray("file:///tmp/picture.png\r\nfile:///tmp/notes.txt\r\n"));
+        // Text pasted elsewhere is the files' addresses, not what was copied before.
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("file:///tmp/picture.png\nfile:///tmp/notes.txt\n"));
+        QCOMPARE(pasteElsewhere(QStringLiteral("image/png")), QByteArray());
+    }
+
     void ourWritesMoveTheCounter()
     {
         QtPasteboard pasteboard;
