@@ -8,10 +8,12 @@
 #include "tests/support/quick_item_search.h"
 
 #include <QAccessible>
+#include <QImage>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -64,6 +66,34 @@ public:
         QVERIFY(accessible && accessible->actionInterface());
         QCOMPARE(accessible->role(), QAccessible::Button);
         accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+
+    // A click with the pointer at the centre of `item`, as the user makes it.
+    static void click(QQuickItem *item)
+    {
+        QVERIFY(item && item->window());
+        settle(item->window());
+        const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+        QTest::mouseClick(item->window(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    }
+    // Waits for the next frame, before which layouts place what changed.
+    static void settle(QQuickWindow *window)
+    {
+        QSignalSpy swapped(window, &QQuickWindow::frameSwapped);
+        window->update();
+        QVERIFY(swapped.wait(5000));
+    }
+    void settle() { settle(&m_window); }
+    // What the window shows.
+    QImage grab()
+    {
+        settle();
+        return m_window.grabWindow();
+    }
+    // Where `item` is drawn, in the window.
+    static QRectF sceneRect(QQuickItem *item)
+    {
+        return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
     }
 
 private:

@@ -75,6 +75,105 @@ private slots:
         QVERIFY(f.store.current().launcherItems.isEmpty());
     }
 
+    void capitalSchemesAndBlankDraftsStayInTheField_data()
+    {
+        QTest::addColumn<QString>("draft");
+        QTest::newRow("capital scheme") << QStringLiteral("HTTPS://x");
+        QTest::newRow("only spaces") << QStringLiteral("    ");
+    }
+    void capitalSchemesAndBlankDraftsStayInTheField()
+    {
+        QFETCH(QString, draft);
+        Fixture f;
+        f.type(draft);
+        HostedPanel::press(f.panel.item(QStringLiteral("addSiteButton")));
+        QCOMPARE(f.panel.item(QStringLiteral("addressField"))->property("text").toString(), draft);
+        QVERIFY(f.store.current().launcherItems.isEmpty());
+        QVERIFY(f.panel.visible(QStringLiteral("launcherHint")));
+        QCOMPARE(f.settings.writes, 0);
+    }
+
+    void rowsShowTheKindSymbolInASixteenPointColumn()
+    {
+        Fixture f;
+        QTemporaryDir folder;
+        QFile entry(folder.filePath("notes.desktop"));
+        QVERIFY(entry.open(QIODevice::WriteOnly));
+        entry.write("[Desktop Entry]\nName=Notes\nExec=true\n");
+        entry.close();
+        f.chooser.answer = entry.fileName();
+        HostedPanel::press(f.panel.item(QStringLiteral("addApp")));
+        f.module.addWebsite(QStringLiteral("example.org"));
+        QTRY_VERIFY(f.row(1));
+        f.panel.settle();
+        QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("Notes"));
+        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("app"));
+        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(1))->property("name").toString(), QStringLiteral("globe"));
+        for (int i = 0; i < 2; ++i) {
+            QQuickItem *icon = f.panel.item(QStringLiteral("rowIcon"), f.row(i));
+            QQuickItem *title = f.panel.item(QStringLiteral("rowTitle"), f.row(i));
+            QCOMPARE(icon->width(), 16.0);
+            QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(i))->opacity(), 0.7);
+            // The title starts after the column and the row's spacing, whatever the symbol.
+            QCOMPARE(HostedPanel::sceneRect(title).left() - HostedPanel::sceneRect(f.row(i)).left(), 8.0 + 16.0 + 8.0);
+        }
+    }
+
+    void rowWithATitleOnlyIsAsTallAsItsTitleAndCentresIt()
+    {
+        Fixture f;
+        f.module.addWebsite(QStringLiteral("example.org"));
+        QTRY_VERIFY(f.row(0));
+        f.panel.settle();
+        QQuickItem *row = f.row(0);
+        QQuickItem *title = f.panel.item(QStringLiteral("rowTitle"), row);
+        QVERIFY(!f.panel.item(QStringLiteral("rowSubtitle"), row)->isVisible());
+        // 6 points above and below the one line, and nothing under it.
+        QTRY_COMPARE(row->height(), title->height() + 12);
+        const QRectF titleRect = HostedPanel::sceneRect(title);
+        const QRectF rowRect = HostedPanel::sceneRect(row);
+        QCOMPARE(titleRect.center().y(), rowRect.center().y());
+        const QRectF symbolRect = HostedPanel::sceneRect(f.panel.item(QStringLiteral("rowSymbol"), row));
+        QVERIFY(qAbs(symbolRect.center().y() - rowRect.center().y()) <= 0.5);
+    }
+
+    void partsAreSpacedAsTheSurfaceStacksThem()
+    {
+        // Hosted alone, the panel falls back to the surfaces' stack spacing.
+        Fixture f;
+        f.panel.settle();
+        const auto gap = [&f](const char *upper, const char *lower) {
+            return HostedPanel::sceneRect(f.panel.item(QString::fromLatin1(lower))).top()
+                   - HostedPanel::sceneRect(f.panel.item(QString::fromLatin1(upper))).bottom();
+        };
+        QCOMPARE(gap("launcherTitle", "launcherHint"), 10.0);
+        QCOMPARE(gap("launcherHint", "addApp"), 10.0);
+        f.module.addWebsite(QStringLiteral("example.org"));
+        QTRY_VERIFY(f.row(0));
+        f.panel.settle();
+        QCOMPARE(gap("launcherTitle", "launcherRow_0"), 10.0);
+        QCOMPARE(gap("launcherRow_0", "addApp"), 10.0);
+        QCOMPARE(HostedPanel::sceneRect(f.panel.item(QStringLiteral("addFile"))).left()
+                     - HostedPanel::sceneRect(f.panel.item(QStringLiteral("addApp"))).right(),
+                 6.0);
+    }
+
+    void clickingTheRemoveSymbolRemovesWithoutOpening()
+    {
+        Fixture f;
+        f.module.addWebsite(QStringLiteral("one.example"));
+        f.module.addWebsite(QStringLiteral("two.example"));
+        QTRY_VERIFY(f.row(1));
+        HostedPanel::click(f.panel.item(QStringLiteral("removeButton"), f.row(0)));
+        QTRY_COMPARE(f.store.current().launcherItems.size(), 1);
+        QCOMPARE(f.store.current().launcherItems[0].title, QStringLiteral("two.example"));
+        QVERIFY(f.opener.opened.isEmpty());
+        // A click on the rest of the row opens it.
+        QTRY_VERIFY(f.row(0));
+        HostedPanel::click(f.panel.item(QStringLiteral("rowTitle"), f.row(0)));
+        QCOMPARE(f.opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://two.example"))}));
+    }
+
     void returnInTheFieldAddsNothing()
     {
         Fixture f;
