@@ -9,7 +9,6 @@
 #include <QTimeZone>
 #include <QTimer>
 
-#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,7 +22,6 @@ struct FolderEntry {
     QString name;
     qint64 size = 0;
     qint64 modifiedMs = 0; // a file on disk always has one
-    DownloadItem::Status status = DownloadItem::Status::ready;
 };
 
 // The regular files of a folder's top level, with one lstat each: no folders, no
@@ -47,7 +45,7 @@ QList<FolderEntry> regularFilesIn(const QString &folder)
             continue;
         const QString name = QFile::decodeName(entry->d_name);
         const qint64 modified = qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1'000'000;
-        entries.append({prefix + name, name, qint64(st.st_size), modified, DownloadItem::Status::ready});
+        entries.append({prefix + name, name, qint64(st.st_size), modified});
     }
     ::closedir(dir);
     return entries;
@@ -82,27 +80,24 @@ bool DownloadsStore::isWatching() const
 
 void DownloadsStore::refresh()
 {
-    QList<FolderEntry> entries = regularFilesIn(m_folder);
+    const QList<FolderEntry> entries = regularFilesIn(m_folder);
 
     // Every file is measured; only the newest few become items.
-    for (FolderEntry &entry : entries) {
+    QList<DownloadItem> all;
+    all.reserve(entries.size());
+    for (const FolderEntry &entry : entries) {
         const auto last = m_lastSizes.constFind(entry.path);
-        entry.status =
+        const auto status =
             DownloadRules::statusFor(last == m_lastSizes.cend() ? std::nullopt : std::optional(*last), entry.size);
         m_lastSizes.insert(entry.path, entry.size);
-        if (entry.status == DownloadItem::Status::downloading)
+        if (status == DownloadItem::Status::downloading)
             scheduleSettleCheck(entry.path);
+        all.append({QUrl::fromLocalFile(entry.path), entry.name,
+                    QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), status});
     }
-    // Newest first, equal times in listing order.
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const FolderEntry &a, const FolderEntry &b) { return a.modifiedMs > b.modifiedMs; });
-
-    QList<DownloadItem> newest;
-    for (qsizetype i = 0; i < entries.size() && i < DownloadRules::maximumItems; ++i) {
-        const FolderEntry &entry = entries[i];
-        newest.append({QUrl::fromLocalFile(entry.path), entry.name,
-                       QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), entry.status});
-    }
+    QList<DownloadItem> newest = DownloadRules::newestFirst(std::move(all));
+    if (newest.size() > DownloadRules::maximumItems)
+        newest.resize(DownloadRules::maximumItems);
     if (newest != m_items) {
         m_items = std::move(newest);
         emit itemsChanged();

@@ -41,8 +41,27 @@ void InotifyFolderWatcher::drain()
     // Everything queued so far is one change for the listener.
     alignas(inotify_event) char buffer[16 * 1024];
     bool any = false;
-    while (::read(m_fd, buffer, sizeof buffer) > 0)
+    bool gone = false;
+    ssize_t length = 0;
+    while ((length = ::read(m_fd, buffer, sizeof buffer)) > 0) {
         any = true;
+        for (const char *at = buffer; at < buffer + length;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(at);
+            // The folder was deleted or its file system unmounted (the kernel has
+            // dropped the watch), or it was moved away (the watch would follow it to
+            // a path that is not the one watched).
+            if (event->mask & (IN_IGNORED | IN_MOVE_SELF))
+                gone = true;
+            at += sizeof(inotify_event) + event->len;
+        }
+    }
+    if (gone) {
+        // This runs inside the notifier's own signal: it goes once that returns.
+        m_notifier->setEnabled(false);
+        m_notifier->deleteLater();
+        m_notifier = nullptr;
+        stop();
+    }
     if (any)
         emit changed();
 }

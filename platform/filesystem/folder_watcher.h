@@ -19,6 +19,7 @@ public:
 
     // Starts watching; false when the folder cannot be watched (missing, unreadable).
     virtual bool watch(const QString &folder) = 0;
+    // False also once the watched folder itself was deleted or moved away.
     virtual bool isWatching() const = 0;
 
 signals:

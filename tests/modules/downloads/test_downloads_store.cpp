@@ -4,10 +4,12 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
+#include <QTimer>
 
 using namespace ledgewise;
 
@@ -48,6 +50,56 @@ std::optional<DownloadItem::Status> statusOf(const DownloadsStore &store, const 
     return std::nullopt;
 }
 
+// A download in progress: the file stays open, as a browser keeps it, and grows by
+// `bytes` every `intervalMs` for `steps` steps, the first at once.
+class GrowingFile
+{
+public:
+    GrowingFile(const QString &path, qint64 bytes, int intervalMs, int steps)
+        : m_file(path)
+        , m_bytes(bytes)
+        , m_stepsLeft(steps)
+    {
+        m_file.open(QIODevice::Append | QIODevice::Unbuffered);
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_timer.setInterval(intervalMs);
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { step(); });
+        step();
+        m_timer.start();
+    }
+
+    bool isOpen() const { return m_file.isOpen(); }
+    bool isDone() const { return m_stepsLeft == 0; }
+    // Time since the last step.
+    qint64 sinceLastStep() const { return m_sinceLastStep.elapsed(); }
+    int stepsTaken() const { return m_stepsTaken; }
+    void close() { m_file.close(); }
+
+private:
+    void step()
+    {
+        if (m_stepsLeft == 0)
+            return;
+        m_file.write(QByteArray(m_bytes, 'x'));
+        m_sinceLastStep.start();
+        ++m_stepsTaken;
+        if (--m_stepsLeft == 0)
+            m_timer.stop();
+    }
+
+    QFile m_file;
+    qint64 m_bytes;
+    int m_stepsLeft;
+    int m_stepsTaken = 0;
+    QTimer m_timer;
+    QElapsedTimer m_sinceLastStep;
+};
+
+int openDescriptors()
+{
+    return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
+}
+
 std::unique_ptr<DownloadsStore> watching(const QString &folder)
 {
     return std::make_unique<DownloadsStore>(folder, std::make_unique<InotifyFolderWatcher>());
@@ -85,6 +137,111 @@ private slots:
         QCOMPARE(store->items()[0].modified, base.addSecs(19 * 60));
         for (const DownloadItem &item : store->items())
             QCOMPARE(item.status, DownloadItem::Status::ready);
+    }
+
+    void fileBeyondTheNewestTwelveIsStillMeasured()
+    {
+        QTemporaryDir folder;
+        makeFile(folder.filePath("old.iso.part"), 1000, base);
+        for (int i = 1; i <= 12; ++i)
+            makeFile(folder.filePath(QStringLiteral("file-%1.bin").arg(i)), 10, base.addSecs(i * 60));
+        auto store = watching(folder.path());
+        QCOMPARE(store->items().size(), 12);
+        QVERIFY(!names(*store).contains(QStringLiteral("old.iso.part")));
+
+        // It grows, which also makes it the newest: its earlier size was measured
+        // although it was not shown, so it is downloading, not seen for the first time.
+        grow(folder.filePath("old.iso.part"), 4000);
+        QTRY_COMPARE(names(*store).value(0), QStringLiteral("old.iso.part"));
+        QCOMPARE(statusOf(*store, "old.iso.part"), DownloadItem::Status::downloading);
+        QCOMPARE(store->items().size(), 12);
+        QTRY_COMPARE_WITH_TIMEOUT(statusOf(*store, "old.iso.part"), DownloadItem::Status::ready, 3000);
+    }
+
+    void fileGrowingInStepsStaysDownloadingAndSettlesAfterTheLastStep()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("big.iso.part");
+        makeFile(path, 1000);
+        auto store = watching(folder.path());
+        QCOMPARE(statusOf(*store, "big.iso.part"), DownloadItem::Status::ready);
+        QList<DownloadItem::Status> shown;
+        connect(store.get(), &DownloadsStore::itemsChanged, this,
+                [&] { shown.append(statusOf(*store, "big.iso.part").value_or(DownloadItem::Status::ready)); });
+        QSignalSpy checked(store.get(), &DownloadsStore::settleChecked);
+
+        // 1000 bytes every 0.2 s for 1.4 s: eight steps.
+        GrowingFile download(path, 1000, 200, 8);
+        QVERIFY(download.isOpen());
+        QTRY_VERIFY_WITH_TIMEOUT(download.isDone(), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(statusOf(*store, "big.iso.part"), DownloadItem::Status::ready, 3000);
+        const qint64 settledAfter = download.sinceLastStep();
+        QVERIFY2(settledAfter >= 550 && settledAfter < 1100, qPrintable(QString::number(settledAfter)));
+        // Downloading from the first step on, ready only at the end: every step pushed
+        // the one check back.
+        QCOMPARE(shown.first(), DownloadItem::Status::downloading);
+        QCOMPARE(shown.count(DownloadItem::Status::ready), 1);
+        QCOMPARE(shown.last(), DownloadItem::Status::ready);
+        QCOMPARE(checked.count(), 1);
+        QCOMPARE(QFileInfo(path).size(), 9000);
+        download.close();
+    }
+
+    void folderThatIsARegularFileIsAnEmptyList()
+    {
+        QTemporaryDir parent;
+        const QString notAFolder = parent.filePath("Downloads");
+        makeFile(notAFolder, 10);
+        auto store = watching(notAFolder);
+        QVERIFY(store->items().isEmpty());
+        QVERIFY(!store->isWatching());
+        store->refresh();
+        QVERIFY(store->items().isEmpty());
+    }
+
+    void folderReplacedByAFileEmptiesTheListAndTheStoreKeepsRunning()
+    {
+        QTemporaryDir parent;
+        const QString folder = parent.filePath("Downloads");
+        QVERIFY(QDir().mkpath(folder));
+        makeFile(folder + "/a.txt", 1);
+        auto store = watching(folder);
+        QCOMPARE(names(*store), QStringList({"a.txt"}));
+
+        QVERIFY(QDir(folder).removeRecursively());
+        makeFile(folder, 10); // a regular file where the folder was
+        QTRY_VERIFY(store->items().isEmpty());
+        QTRY_VERIFY(!store->isWatching());
+        store->refresh();
+        QVERIFY(store->items().isEmpty());
+
+        // A folder again: the next rescan lists it.
+        QVERIFY(QFile::remove(folder));
+        QVERIFY(QDir().mkpath(folder));
+        makeFile(folder + "/b.txt", 1);
+        store->refresh();
+        QCOMPARE(names(*store), QStringList({"b.txt"}));
+    }
+
+    void destroyingTheStoreWithACheckPendingIsClean()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("pending.part");
+        makeFile(path, 10);
+        const int descriptorsBefore = openDescriptors();
+        auto store = watching(folder.path());
+        QVERIFY(openDescriptors() > descriptorsBefore); // the inotify descriptor
+        int checks = 0;
+        QObject observer;
+        connect(store.get(), &DownloadsStore::settleChecked, &observer, [&checks] { ++checks; });
+        grow(path, 10);
+        QTRY_COMPARE(statusOf(*store, "pending.part"), DownloadItem::Status::downloading);
+
+        store.reset(); // the check is still 0.6 s away
+        QCOMPARE(openDescriptors(), descriptorsBefore);
+        grow(path, 10);
+        QTest::qWait(900); // past the check's time: nothing may run
+        QCOMPARE(checks, 0);
     }
 
     void hiddenFilesFoldersAndLinksAreNeverListed()
