@@ -67,8 +67,9 @@ void FreedesktopNotifications::show(const NotificationRequest &request)
     QDBusMessage notify = call(QStringLiteral("Notify"));
     const QVariantMap hints = {
         {QStringLiteral("desktop-entry"), QStringLiteral("ledgewise")},
-        // The desktop's sound for a finished task, from the sound naming specification.
-        {QStringLiteral("sound-name"), QStringLiteral("complete")},
+        // The desktop's own notification sound: no particular sound is named, and the
+        // service is asked not to keep quiet.
+        {QStringLiteral("suppress-sound"), false},
         {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
     };
     notify << QStringLiteral("Ledgewise") << m_shown.value(request.identifier, 0u) << QString() << request.title

@@ -4,6 +4,8 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusContext>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -13,8 +15,9 @@ using namespace ledgewise;
 
 namespace {
 
-// A notification server on the private session bus that remembers what it was asked.
-class RecordingNotificationServer : public QObject
+// A notification server on the private session bus that remembers what it was asked,
+// and can be told to answer some calls with an error.
+class RecordingNotificationServer : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
@@ -34,6 +37,11 @@ public:
 public slots:
     QString GetServerInformation(QString &vendor, QString &version, QString &specVersion)
     {
+        ++serverInformationCalls;
+        if (failServerInformation) {
+            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("notifications are turned off"));
+            return {};
+        }
         vendor = QStringLiteral("Ledgewise tests");
         version = QStringLiteral("1");
         specVersion = QStringLiteral("1.2");
@@ -45,6 +53,10 @@ public slots:
     {
         shown.append({appName, replacesId, summary, body, hints, m_clock.elapsed()});
         emit notified();
+        if (failNotify) {
+            sendErrorReply(QDBusError::Failed, QStringLiteral("cannot show notifications now"));
+            return 0;
+        }
         return replacesId ? replacesId : ++m_lastId;
     }
     void CloseNotification(uint) {}
@@ -54,6 +66,9 @@ signals:
 
 public:
     QList<Shown> shown;
+    int serverInformationCalls = 0;
+    bool failServerInformation = false;
+    bool failNotify = false;
 
 private:
     QElapsedTimer &m_clock;
@@ -116,7 +131,10 @@ private slots:
         QCOMPARE(shown.appName, QStringLiteral("Ledgewise"));
         QCOMPARE(shown.summary, QStringLiteral("Timer finished"));
         QCOMPARE(shown.body, QStringLiteral("Ledgewise"));
-        QCOMPARE(shown.hints.value(QStringLiteral("sound-name")).toString(), QStringLiteral("complete"));
+        // The desktop's own notification sound: no particular sound named, none suppressed.
+        QVERIFY(!shown.hints.contains(QStringLiteral("sound-name")));
+        QVERIFY(!shown.hints.contains(QStringLiteral("sound-file")));
+        QCOMPARE(shown.hints.value(QStringLiteral("suppress-sound")), QVariant(false));
         QCOMPARE(shown.replacesId, 0u);
         QVERIFY(shown.atMs - started >= 950);
         QTRY_COMPARE(m_bell.rings, 1);
@@ -150,6 +168,41 @@ private slots:
         QVERIFY(notified.wait(5000));
         QCOMPARE(m_server->shown.size(), 2);
         QCOMPARE(m_server->shown[1].replacesId, 1u);
+    }
+
+    void serviceRefusingServerInformationMeansNoNotification()
+    {
+        startServer();
+        m_server->failServerInformation = true;
+        QSignalSpy notified(m_server.get(), &RecordingNotificationServer::notified);
+        m_session->start(1);
+        QTRY_COMPARE(m_server->serverInformationCalls, 1);
+        QVERIFY(!m_notifications->hasPending(QStringLiteral("ledgewise.timer.complete")));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_session->isRunning(), 4000);
+        QCOMPARE(m_bell.rings, 1);
+        QVERIFY(!notified.wait(1500)); // past the notification's time: nothing shown
+        QVERIFY(m_server->shown.isEmpty());
+    }
+
+    void errorFromShowingTheNotificationIsIgnored()
+    {
+        startServer();
+        m_server->failNotify = true;
+        QSignalSpy notified(m_server.get(), &RecordingNotificationServer::notified);
+        m_session->start(1);
+        QVERIFY(notified.wait(5000));
+        QTRY_COMPARE(m_bell.rings, 1);
+        QVERIFY(!m_session->isRunning());
+        QVERIFY(!m_notifications->hasPending(QStringLiteral("ledgewise.timer.complete")));
+
+        // The next countdown is told as usual; the refused one left nothing to replace.
+        m_server->failNotify = false;
+        m_session->start(1);
+        QVERIFY(notified.wait(5000));
+        QCOMPARE(m_server->shown.size(), 2);
+        QCOMPARE(m_server->shown[1].replacesId, 0u);
+        QCOMPARE(m_server->shown[1].summary, QStringLiteral("Timer finished"));
+        QTRY_COMPARE(m_bell.rings, 2);
     }
 
 private:
