@@ -43,46 +43,15 @@ Rectangle {
             objectName: "rowIcon"
             Layout.preferredWidth: row.iconWidth > 0 ? row.iconWidth : symbolImage.width
             Layout.preferredHeight: row.iconHeight > 0 ? row.iconHeight : symbolImage.height
-            // The picture fills its frame (cropped, keeping its aspect ratio) inside a
-            // rounded rectangle of corner radius 4. Painted on a canvas: the surfaces
+            // The picture comes already cropped to its frame and rounded: the surfaces
             // render without a GPU, where masks and shader effects are not available.
-            Canvas {
-                id: thumbnailCanvas
+            Image {
                 objectName: "rowThumbnail"
                 anchors.fill: parent
                 visible: row.thumbnail.toString().length > 0
-                // True once the picture is painted.
-                property bool painted: false
-
-                // Decoded small, whatever the size of the picture on disk.
-                Image {
-                    id: picture
-                    visible: false
-                    source: row.thumbnail
-                    sourceSize: Qt.size(44, 44)
-                    fillMode: Image.PreserveAspectCrop
-                    onStatusChanged: thumbnailCanvas.requestPaint()
-                }
-
-                onWidthChanged: requestPaint()
-                onHeightChanged: requestPaint()
-                onPaint: {
-                    const context = getContext("2d")
-                    context.reset()
-                    painted = false
-                    if (picture.status !== Image.Ready || width <= 0 || height <= 0)
-                        return
-                    const scale = Math.max(width / picture.implicitWidth, height / picture.implicitHeight)
-                    const sourceWidth = width / scale
-                    const sourceHeight = height / scale
-                    context.beginPath()
-                    context.roundedRect(0, 0, width, height, 4, 4)
-                    context.clip()
-                    context.drawImage(picture, (picture.implicitWidth - sourceWidth) / 2,
-                                      (picture.implicitHeight - sourceHeight) / 2, sourceWidth, sourceHeight,
-                                      0, 0, width, height)
-                    painted = true
-                }
+                source: row.thumbnail
+                fillMode: Image.PreserveAspectCrop
+                smooth: true
             }
             Symbol {
                 id: symbolImage

@@ -3,6 +3,8 @@
 #include "modules/clipboard/clipboard_store.h"
 #include "modules/ledgewise_module.h"
 
+#include <QHash>
+#include <QImage>
 #include <QVariantList>
 
 namespace ledgewise {
@@ -12,8 +14,9 @@ namespace ledgewise {
 class ClipboardModule final : public LedgewiseModule
 {
     Q_OBJECT
-    // One map per entry, newest first: id, title, kindLabel, symbol, thumbnail (a file
-    // URL, empty when there is no picture), isPinned.
+    // One map per entry, newest first: id, title, kindLabel, symbol, thumbnail (the
+    // picture as a data URL, cropped and rounded; empty when there is no picture that
+    // loads), isPinned.
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
 
 public:
@@ -26,6 +29,11 @@ public:
     Q_INVOKABLE void togglePin(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
 
+    // A picture as its row shows it: scaled to fill `side` x `side` pixels keeping its
+    // aspect ratio, cropped to the middle, with the corners outside a rounded rectangle
+    // of radius `radius` transparent. Null when the file does not load.
+    static QImage roundedThumbnail(const QString &path, int side, qreal radius);
+
     QUrl expandedView() const override;
     QVariantMap expandedViewProperties() const override;
 
@@ -34,8 +42,11 @@ signals:
 
 private:
     const ClipboardItem *find(const QString &id) const;
+    QString thumbnail(const ClipboardItem &item) const;
 
     ClipboardStore &m_store;
+    // Thumbnails by picture file name: made once, not at every redraw of the list.
+    mutable QHash<QString, QString> m_thumbnails;
 };
 
 } // namespace ledgewise
