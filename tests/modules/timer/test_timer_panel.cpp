@@ -93,6 +93,23 @@ private slots:
         QCOMPARE(panel.text("customLabel"), QStringLiteral("22 min"));
     }
 
+    void partsAreSpacedAsTheSurfaceStacksThem()
+    {
+        // Hosted alone, the panel falls back to the surfaces' stack spacing; the rows keep
+        // their own.
+        Panel panel;
+        HostedPanel::settle(panel.root()->window());
+        const auto rect = [&panel](const char *name) { return HostedPanel::sceneRect(panel.item(name)); };
+        QCOMPARE(rect("presetRow").top() - rect("timerTitle").bottom(), 10.0);
+        QCOMPARE(rect("customRow").top() - rect("presetRow").bottom(), 10.0);
+        QCOMPARE(rect("preset_10").left() - rect("preset_5").right(), 6.0);
+        QCOMPARE(rect("startButton").left() - rect("stepUp").right(), 8.0);
+        panel.press("preset_5");
+        HostedPanel::settle(panel.root()->window());
+        QCOMPARE(rect("clock").top() - rect("timerTitle").bottom(), 10.0);
+        QCOMPARE(rect("cancelButton").top() - rect("clock").bottom(), 10.0);
+    }
+
     void moduleAnswersForTheTimerIdentity()
     {
         TimerSession session(nullptr, nullptr);
