@@ -3,8 +3,13 @@
 #include "platform/dbus/user_notifications.h"
 #include "platform/x11/system_bell.h"
 
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/resource.h>
 
 using namespace ledgewise;
 
@@ -75,6 +80,41 @@ private slots:
         QFETCH(double, seconds);
         QFETCH(QString, text);
         QCOMPARE(TimerMath::formatted(seconds), text);
+    }
+
+    // The clock text of something that is not a number of seconds stops the program,
+    // in every build, before any conversion happens.
+    void clockTextOfANonNumberStopsTheProgram_data()
+    {
+        QTest::addColumn<QString>("seconds");
+        QTest::newRow("nan") << "nan";
+        QTest::newRow("inf") << "inf";
+        QTest::newRow("-inf") << "-inf";
+        QTest::newRow("2^63") << "9223372036854775808";
+        QTest::newRow("1e19") << "1e19";
+        QTest::newRow("-1e19") << "-1e19";
+    }
+    void clockTextOfANonNumberStopsTheProgram()
+    {
+        QFETCH(QString, seconds);
+        QProcess helper;
+        helper.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--formatted"), seconds});
+        QVERIFY(helper.waitForFinished(20000));
+        QCOMPARE(helper.exitStatus(), QProcess::CrashExit);
+        QVERIFY(helper.readAllStandardOutput().isEmpty());
+        const QByteArray said = helper.readAllStandardError();
+        QVERIFY2(said.contains("TimerMath::formatted"), said.constData());
+    }
+
+    void clockTextOfTheLargestNumbersStillWorks()
+    {
+        QProcess helper;
+        helper.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--formatted"), QStringLiteral("9e15")});
+        QVERIFY(helper.waitForFinished(20000));
+        QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(helper.exitCode(), 0);
+        QCOMPARE(helper.readAllStandardOutput(), QByteArray("150000000000000:00\n"));
+        QCOMPARE(TimerMath::formatted(-9223372036854775808.0).isEmpty(), false);
     }
 
     void freshSessionIsIdle()
@@ -220,5 +260,18 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTimerSession)
+int main(int argc, char *argv[])
+{
+    // As a helper of the test above: print one clock text, or stop trying.
+    if (argc == 3 && qstrcmp(argv[1], "--formatted") == 0) {
+        const rlimit noCore{0, 0};
+        setrlimit(RLIMIT_CORE, &noCore);
+        std::puts(qPrintable(TimerMath::formatted(std::strtod(argv[2], nullptr))));
+        return 0;
+    }
+    QCoreApplication app(argc, argv);
+    TestTimerSession test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "test_timer_session.moc"
