@@ -24,6 +24,11 @@ struct FolderEntry {
     qint64 modifiedMs = 0; // a file on disk always has one
 };
 
+QString prefixed(const QString &folder)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+}
+
 // The regular files of a folder's top level, with one lstat each: no folders, no
 // symbolic links, no hidden (dot) names. Empty when the folder cannot be read.
 QList<FolderEntry> regularFilesIn(const QString &folder)
@@ -34,7 +39,7 @@ QList<FolderEntry> regularFilesIn(const QString &folder)
     if (!dir)
         return entries;
     const int dirFd = ::dirfd(dir);
-    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    const QString prefix = prefixed(folder);
     while (const dirent *entry = ::readdir(dir)) {
         if (entry->d_name[0] == '.')
             continue;
@@ -92,12 +97,15 @@ void DownloadsStore::refresh()
         m_lastSizes.insert(entry.path, entry.size);
         if (status == DownloadItem::Status::downloading)
             scheduleSettleCheck(entry.path);
-        all.append({QUrl::fromLocalFile(entry.path), entry.name,
-                    QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), status});
+        // The URL is filled in below, for the few that are shown: building one for
+        // each of thousands of files would be most of the rescan.
+        all.append({QUrl(), entry.name, QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), status});
     }
     QList<DownloadItem> newest = DownloadRules::newestFirst(std::move(all));
     if (newest.size() > DownloadRules::maximumItems)
         newest.resize(DownloadRules::maximumItems);
+    for (DownloadItem &item : newest)
+        item.url = QUrl::fromLocalFile(prefixed(m_folder) + item.name);
     if (newest != m_items) {
         m_items = std::move(newest);
         emit itemsChanged();
