@@ -97,8 +97,7 @@ void DownloadsStore::refresh()
         m_lastSizes.insert(entry.path, entry.size);
         if (status == DownloadItem::Status::downloading)
             scheduleSettleCheck(entry.path);
-        // The URL is filled in below, for the few that are shown: building one for
-        // each of thousands of files would be most of the rescan.
+        // The URL is made below, only for the few that are shown.
         all.append({QUrl(), entry.name, QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), status});
     }
     QList<DownloadItem> newest = DownloadRules::newestFirst(std::move(all));
