@@ -1,5 +1,7 @@
 // The panels inside real surfaces, driven with xdotool: typing a site into the
-// launcher, and starting a countdown that turns the sleeping surfaces active.
+// launcher, opening it in the default browser and removing it, pinning and starting an
+// application, starting a countdown that turns the sleeping surfaces active, copying
+// back from the clipboard history, and the newest Downloads.
 #include "app/app_model.h"
 #include "app/preferences_store.h"
 #include "modules/clipboard/clipboard_store.h"
@@ -9,7 +11,13 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QProcess>
+#include <QStandardPaths>
+#include <QTimer>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSignalSpy>
@@ -34,6 +42,34 @@ void clickOn(QQuickItem *item)
              QStringLiteral("click"), QStringLiteral("1")});
 }
 
+void writeFile(const QString &path, const QByteArray &bytes, bool executable = false)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    if (executable)
+        QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Shown and placed by its layout (a new row is visible before it has a size).
+bool placed(QQuickItem *item)
+{
+    return item && item->isVisible() && item->width() > 0 && item->height() > 0;
+}
+
+// The distance from the bottom of `upper` to the top of `lower`, on screen.
+qreal gap(QQuickItem *upper, QQuickItem *lower)
+{
+    return lower->mapToScene(QPointF(0, 0)).y() - upper->mapToScene(QPointF(0, upper->height())).y();
+}
+
 } // namespace
 
 class TestPanelsEndToEnd : public QObject
@@ -41,6 +77,26 @@ class TestPanelsEndToEnd : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        // A browser of our own as the user's default for web addresses: it writes down
+        // what it was asked to open.
+        m_home = QDir::homePath();
+        const QString applications = QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+                                         .filePath(QStringLiteral("applications"));
+        QVERIFY(QDir().mkpath(applications));
+        writeFile(QDir(m_home).filePath(QStringLiteral("browser.sh")),
+                  "#!/bin/sh\nprintf '%s' \"$1\" > \"$HOME/opened.txt\"\n", true);
+        writeFile(QDir(applications).filePath(QStringLiteral("test-browser.desktop")),
+                  "[Desktop Entry]\nType=Application\nName=Test Browser\nExec=" + QDir(m_home).filePath("browser.sh").toUtf8()
+                      + " %u\nMimeType=x-scheme-handler/https;x-scheme-handler/http;\n");
+        QProcess mime;
+        mime.start(QStringLiteral("xdg-mime"), {QStringLiteral("default"), QStringLiteral("test-browser.desktop"),
+                                                QStringLiteral("x-scheme-handler/https")});
+        QVERIFY(mime.waitForFinished(10000));
+        QCOMPARE(mime.exitCode(), 0);
+    }
+
     void init()
     {
         m_model = std::make_unique<AppModel>();
@@ -83,6 +139,130 @@ private slots:
         QVERIFY(right->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
     }
 
+    void addedSiteOpensInTheDefaultBrowserAndItsRemoveButtonRemovesIt()
+    {
+        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
+        NotchWindowController *right = surface(NotchSide::right);
+        right->behaviour().toggleExpanded();
+        QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+        QQuickItem *root = right->window()->rootObject();
+        QQuickItem *field = nullptr;
+        QTRY_VERIFY((field = findItem(root, QStringLiteral("addressField"))) && field->isVisible());
+        clickOn(field);
+        QTRY_VERIFY(field->hasActiveFocus());
+        QTRY_VERIFY(right->window()->isActive());
+        xdotool({QStringLiteral("type"), QStringLiteral("example.org")});
+        QTRY_COMPARE(field->property("text").toString(), QStringLiteral("example.org"));
+        clickOn(findItem(root, QStringLiteral("addSiteButton")));
+        QTRY_COMPARE(m_model->prefs().current().launcherItems.size(), 1);
+
+        // A click on the row opens the site in the default browser.
+        QQuickItem *row = nullptr;
+        QTRY_VERIFY((row = findItem(root, QStringLiteral("launcherRow_0"))) && placed(row));
+        QCOMPARE(findItem(row, QStringLiteral("rowSymbol"))->property("name").toString(), QStringLiteral("globe"));
+        const QString opened = QDir(m_home).filePath(QStringLiteral("opened.txt"));
+        QFile::remove(opened);
+        clickOn(findItem(row, QStringLiteral("rowTitle")));
+        QTRY_COMPARE_WITH_TIMEOUT(readAll(opened), QByteArray("https://example.org"), 15000);
+        QVERIFY(QFile::remove(opened));
+
+        // Its remove button removes it, and opens nothing.
+        QQuickItem *remove = findItem(row, QStringLiteral("removeButton"));
+        QVERIFY(remove && remove->isVisible());
+        clickOn(remove);
+        QTRY_VERIFY(m_model->prefs().current().launcherItems.isEmpty());
+        QTRY_VERIFY(findItem(root, QStringLiteral("launcherHint"))->isVisible());
+        QTest::qWait(1000); // a browser started by mistake would have written by now
+        QVERIFY(!QFile::exists(opened));
+    }
+
+    void pinnedApplicationStartsWhenItsRowIsClicked()
+    {
+        // An application of the user's own, which notes that it ran.
+        const QString ran = QDir(m_home).filePath(QStringLiteral("ran.txt"));
+        const QString entryPath = QDir(m_home).filePath(QStringLiteral("marker.desktop"));
+        writeFile(entryPath, "[Desktop Entry]\nType=Application\nName=Marker\nExec=sh -c \"echo started > ran.txt\" %U\nPath="
+                                 + m_home.toUtf8() + "\n");
+
+        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
+        NotchWindowController *right = surface(NotchSide::right);
+        right->behaviour().toggleExpanded();
+        QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+        QQuickItem *root = right->window()->rootObject();
+        QQuickItem *addApp = nullptr;
+        QTRY_VERIFY((addApp = findItem(root, QStringLiteral("addApp"))) && placed(addApp));
+
+        // "App" opens the file chooser, modally: it is answered from inside its own loop.
+        QString title;
+        QString startFolder;
+        QTimer answer;
+        answer.setInterval(100);
+        int tries = 0;
+        connect(&answer, &QTimer::timeout, this, [&] {
+            QFileDialog *dialog = nullptr;
+            for (QWidget *widget : QApplication::topLevelWidgets()) {
+                if (auto *found = qobject_cast<QFileDialog *>(widget); found && found->isVisible())
+                    dialog = found;
+            }
+            // Never left waiting in the chooser's loop, whatever happens.
+            if (!dialog) {
+                if (++tries > 150) {
+                    answer.stop();
+                    if (QWidget *modal = QApplication::activeModalWidget())
+                        modal->close();
+                }
+                return;
+            }
+            answer.stop();
+            title = dialog->windowTitle();
+            startFolder = dialog->directory().absolutePath();
+            // Typed into its file name field, then Return, as the user answers it.
+            auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+            if (!name) {
+                dialog->close();
+                return;
+            }
+            name->setFocus();
+            QTest::keyClicks(name, entryPath);
+            QTest::keyClick(name, Qt::Key_Return);
+            QTimer::singleShot(10000, dialog, [dialog] { dialog->close(); }); // not accepted: fail, not hang
+        });
+        answer.start();
+        clickOn(addApp);
+        QTRY_COMPARE_WITH_TIMEOUT(m_model->prefs().current().launcherItems.size(), 1, 15000);
+        QCOMPARE(title, QStringLiteral("Choose an app to pin in Ledgewise."));
+        QCOMPARE(startFolder, QStringLiteral("/usr/share/applications"));
+
+        QQuickItem *row = nullptr;
+        QTRY_VERIFY((row = findItem(root, QStringLiteral("launcherRow_0"))) && placed(row));
+        QCOMPARE(findItem(row, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("Marker"));
+        QCOMPARE(findItem(row, QStringLiteral("rowSymbol"))->property("name").toString(), QStringLiteral("app"));
+        // The chooser took the pointer and the keyboard; the surface may have closed meanwhile.
+        if (right->surface()->presentation() != NotchPresentation::expanded)
+            right->behaviour().toggleExpanded();
+        QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+        QTRY_VERIFY((row = findItem(right->window()->rootObject(), QStringLiteral("launcherRow_0"))) && placed(row));
+        clickOn(findItem(row, QStringLiteral("rowTitle")));
+        QTRY_COMPARE_WITH_TIMEOUT(readAll(ran), QByteArray("started\n"), 15000);
+    }
+
+    void leftSurfaceShowsTheNewestDownloads()
+    {
+        writeFile(QDir(m_home).filePath(QStringLiteral("Downloads/holiday-photos.zip")), "zip");
+        NotchWindowController *left = surface(NotchSide::left);
+        left->behaviour().toggleExpanded();
+        QTRY_COMPARE(left->frameInScreen().size(), QSize(268, 340));
+        QQuickItem *row = nullptr;
+        QTRY_VERIFY((row = findItem(left->window()->rootObject(), QStringLiteral("downloadsRow_0"))) && placed(row));
+        QTRY_COMPARE(findItem(row, QStringLiteral("rowTitle"))->property("text").toString(),
+                     QStringLiteral("holiday-photos.zip"));
+        QTRY_COMPARE(findItem(row, QStringLiteral("rowSubtitle"))->property("text").toString(), QStringLiteral("Ready"));
+        // On screen, inside the open surface.
+        const QRectF shown = row->mapRectToScene(QRectF(0, 0, row->width(), row->height()));
+        QVERIFY(shown.bottom() <= left->window()->height());
+        QVERIFY(shown.width() > 0);
+    }
+
     void fiveMinutePresetTurnsTheSleepingSurfacesActive()
     {
         NotchWindowController *left = surface(NotchSide::left);
@@ -90,6 +270,14 @@ private slots:
         QTRY_COMPARE(left->frameInScreen().size(), QSize(268, 340));
         QQuickItem *preset = nullptr;
         QTRY_VERIFY((preset = findItem(left->window()->rootObject(), QStringLiteral("preset_5"))) && preset->isVisible());
+        // The timer's parts are spaced as the surface stacks its panels.
+        QQuickItem *stack = findItem(left->window()->rootObject(), QStringLiteral("expandedPanel"));
+        QQuickItem *title = findItem(left->window()->rootObject(), QStringLiteral("timerTitle"));
+        QQuickItem *presets = findItem(left->window()->rootObject(), QStringLiteral("presetRow"));
+        QQuickItem *custom = findItem(left->window()->rootObject(), QStringLiteral("customRow"));
+        QVERIFY(stack && title && presets && custom);
+        QTRY_COMPARE(gap(title, presets), stack->property("spacing").toReal());
+        QCOMPARE(gap(presets, custom), stack->property("spacing").toReal());
         clickOn(preset);
         QTRY_VERIFY(m_model->timer().isRunning());
         QCOMPARE(m_model->timer().lastPresetMinutes(), 5);
@@ -147,6 +335,7 @@ private:
     }
 
     std::unique_ptr<AppModel> m_model;
+    QString m_home;
 };
 
 QTEST_MAIN(TestPanelsEndToEnd)
