@@ -54,7 +54,8 @@ ColumnLayout {
                 name: modelData.isPinned ? "pin.fill" : "pin"
                 size: 10
                 opacity: modelData.isPinned ? 0.9 : 0.4
-                accessibleName: modelData.isPinned ? "Unpin" : "Pin"
+                // Named with the entry, so a screen reader tells the rows' buttons apart.
+                accessibleName: (modelData.isPinned ? "Unpin " : "Pin ") + modelData.title
                 onPressed: view.module.togglePin(modelData.id)
             }
             IconButton {
@@ -63,7 +64,7 @@ ColumnLayout {
                 name: "xmark"
                 size: 9
                 opacity: 0.35
-                accessibleName: "Delete"
+                accessibleName: "Delete " + modelData.title
                 onPressed: view.module.remove(modelData.id)
             }
         }

@@ -57,7 +57,10 @@ private slots:
         QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(1)), QStringLiteral("Text"));
         QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(1))->property("name").toString(),
                  QStringLiteral("doc.on.clipboard"));
-        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("deleteButton"), f.row(0))), QStringLiteral("Delete"));
+        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("deleteButton"), f.row(0))),
+                 QStringLiteral("Delete https://example.org/"));
+        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("pinButton"), f.row(1))),
+                 QStringLiteral("Pin first line second line"));
     }
 
     void pinTogglesItsSymbolAndTheEntryStays()
@@ -71,6 +74,7 @@ private slots:
         QCOMPARE(pin->opacity(), 0.4);
         HostedPanel::press(pin);
         QTRY_COMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->property("name").toString(), QStringLiteral("pin.fill"));
+        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("pinButton"), f.row(1))), QStringLiteral("Unpin a"));
         QCOMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->opacity(), 0.9);
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(1)), QStringLiteral("a"));
         QCOMPARE(f.pasteboard.text(), QStringLiteral("b")); // pinning copied nothing back
