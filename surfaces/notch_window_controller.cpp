@@ -3,13 +3,15 @@
 #include "app/preferences_store.h"
 #include "dragdrop/drop_actions.h"
 #include "modules/ledgewise_module.h"
+#include "platform/x11/compositing.h"
 #include "platform/x11/global_click_monitor.h"
 #include "surfaces/notch_layout.h"
+#include "surfaces/surface_shadow.h"
+#include "surfaces/surface_shape.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
-#include <QPainterPath>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -41,25 +43,13 @@ QEasingCurve surfaceCurve()
     return curve;
 }
 
-// The window's shape: the rounded surface, so clicks in the transparent corners reach
-// whatever lies behind, and the corners are cut even without a compositor.
-QRegion roundedRegion(const QSize &size, double radius)
-{
-    if (radius <= 0)
-        return QRegion(QRect(QPoint(0, 0), size));
-    // Like any rounded rectangle, a radius beyond half the shorter side makes a capsule.
-    const double r = std::min({radius, size.width() / 2.0, size.height() / 2.0});
-    QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), r, r);
-    return QRegion(path.toFillPolygon().toPolygon());
-}
-
 } // namespace
 
 NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapshot &display,
                                              SurfaceContext *context, QQmlEngine &engine, QObject *parent)
     : QObject(parent)
     , m_context(context)
+    , m_engine(&engine)
     , m_display(display)
     , m_surface(side)
     , m_behaviour(m_surface, *this, *this)
@@ -169,6 +159,8 @@ void NotchWindowController::close()
     m_fade.stop();
     m_hideWork.stop();
     removeCollapseMonitors();
+    if (m_shadow)
+        m_shadow->hide();
     if (m_window)
         m_window->close();
 }
@@ -223,6 +215,7 @@ void NotchWindowController::followTextFocus()
 
 void NotchWindowController::presentationDidChange(NotchPresentation presentation, bool animated)
 {
+    updateShadow(presentation);
     if (presentation == NotchPresentation::expanded) {
         installCollapseMonitors();
     } else {
@@ -270,6 +263,32 @@ void NotchWindowController::applyFrame(const QRect &frame)
     m_window->setGeometry(frame);
     const double radius = NotchLayout::cornerRadius(preferences().style, frame.height(), preferences());
     m_window->setMask(roundedRegion(frame.size(), radius));
+    if (m_shadow)
+        m_shadow->follow(frame, radius);
+}
+
+void NotchWindowController::updateShadow(NotchPresentation presentation)
+{
+    // Only an open surface casts a shadow, and only where a compositor blends it:
+    // without one its faint black would show as a solid black ring.
+    if (presentation != NotchPresentation::expanded || !compositingManagerRunning()) {
+        if (m_shadow)
+            m_shadow->hide();
+        return;
+    }
+    if (!m_shadow) {
+        m_shadow = std::make_unique<SurfaceShadow>(
+            *m_engine, side() == NotchSide::left ? QStringLiteral("Ledgewise left shadow") : QStringLiteral("Ledgewise right shadow"));
+    }
+    const QRect frame = m_window->geometry();
+    m_shadow->show(frame, NotchLayout::cornerRadius(preferences().style, frame.height(), preferences()));
+    // The shadow goes under the surface wherever the two meet.
+    m_window->raise();
+}
+
+QQuickView *NotchWindowController::shadowWindow() const
+{
+    return m_shadow && m_shadow->isShown() ? m_shadow->window() : nullptr;
 }
 
 void NotchWindowController::scheduleHide(double seconds)

@@ -19,6 +19,7 @@ class QQuickView;
 namespace ledgewise {
 
 class GlobalClickMonitor;
+class SurfaceShadow;
 
 // One side surface on one display: its window, its model and the rules that move it
 // between sleeping, glance, active and expanded. Owns everything it made: the window,
@@ -48,6 +49,8 @@ public:
     NotchSurfaceModel *surface() { return &m_surface; }
     const DisplaySnapshot &display() const { return m_display; }
     QQuickView *window() const { return m_window.get(); }
+    // The window of the shadow while an open surface casts one, else nullptr.
+    QQuickView *shadowWindow() const;
     SurfaceBehaviour &behaviour() { return m_behaviour; }
 
     // The panel's frame in Qt's coordinates, where it is now.
@@ -107,6 +110,7 @@ private:
     void move(NotchPresentation presentation, bool animated);
     void animate(const QRect &to);
     void applyFrame(const QRect &frame);
+    void updateShadow(NotchPresentation presentation);
     void followTextFocus();
     void installCollapseMonitors();
     void removeCollapseMonitors();
@@ -115,11 +119,13 @@ private:
     bool reduceMotion() const;
 
     QPointer<SurfaceContext> m_context;
+    QQmlEngine *m_engine;
     DisplaySnapshot m_display;
     NotchSurfaceModel m_surface;
     SurfaceBehaviour m_behaviour;
     std::unique_ptr<QQuickView> m_window;
     std::unique_ptr<DragCatcher> m_catcher;
+    std::unique_ptr<SurfaceShadow> m_shadow;
     std::unique_ptr<GlobalClickMonitor> m_globalMonitor;
     bool m_localMonitor = false;
     QTimer m_hideWork;

@@ -20,6 +20,10 @@
 #include <QRect>
 #include <QScreen>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+
 namespace ledgewise::testing {
 
 
@@ -92,6 +96,38 @@ inline void clickAt(const QPoint &point)
     pointerTo(point);
     xdotool({QStringLiteral("click"), QStringLiteral("1")});
 }
+
+// Plays the compositing manager's part on the display for as long as it lives: it owns
+// the _NET_WM_CM_S0 selection from a client of its own, as a compositor does.
+class CompositorStandIn
+{
+public:
+    CompositorStandIn()
+        : m_connection(xcb_connect(nullptr, nullptr))
+    {
+        if (xcb_connection_has_error(m_connection))
+            return;
+        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+        const xcb_window_t owner = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, owner, screen->root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        const char name[] = "_NET_WM_CM_S0";
+        xcb_intern_atom_reply_t *atom = xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, false, sizeof name - 1, name), nullptr);
+        if (atom)
+            xcb_set_selection_owner(m_connection, owner, atom->atom, XCB_CURRENT_TIME);
+        std::free(atom);
+        roundTrip();
+    }
+    ~CompositorStandIn() { xcb_disconnect(m_connection); }
+    CompositorStandIn(const CompositorStandIn &) = delete;
+    CompositorStandIn &operator=(const CompositorStandIn &) = delete;
+
+private:
+    void roundTrip() { std::free(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr)); }
+
+    xcb_connection_t *m_connection;
+};
 
 inline const QString left = QStringLiteral("Ledgewise left surface");
 inline const QString right = QStringLiteral("Ledgewise right surface");

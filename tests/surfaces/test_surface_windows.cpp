@@ -236,6 +236,45 @@ private slots:
         QCOMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("20 min"));
     }
 
+    void onlyAnOpenSurfaceCastsAShadow()
+    {
+        CompositorStandIn compositor;
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        QVERIFY(!shadowShown(surfaceLeft));
+        pointerTo(QPoint(80 + 38, 14));
+        QTRY_COMPARE(surfaceLeft->surface()->presentation(), NotchPresentation::glance);
+        QVERIFY(!shadowShown(surfaceLeft));
+
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QVERIFY(shadowShown(surfaceLeft));
+        // Around the surface, whose own window keeps exactly its frame.
+        QTRY_COMPARE(xGeometry(QStringLiteral("Ledgewise left shadow")), QRect(80 - 16, 0, 268 + 32, 340 + 16));
+        // Darkest next to the surface, fading outwards.
+        QQuickView *shadow = surfaceLeft->shadowWindow();
+        const QImage image = shadow->grabWindow();
+        QVERIFY(qAlpha(image.pixel(14, 200)) > qAlpha(image.pixel(4, 200)));
+        QVERIFY(qAlpha(image.pixel(4, 200)) > 0);
+        screenshot(QStringLiteral("shadow"));
+
+        clickAt(QPoint(756, 600));
+        QTRY_COMPARE(surfaceLeft->surface()->presentation(), NotchPresentation::sleeping);
+        QVERIFY(!shadowShown(surfaceLeft));
+        QVERIFY(!shadow->isVisible());
+        QVERIFY(!findItem(shadow->rootObject(), QStringLiteral("surfaceShadow"))->isVisible());
+    }
+
+    void withoutACompositorThereIsNoShadowToDraw()
+    {
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        surfaceLeft->behaviour().toggleExpanded();
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QVERIFY(!shadowShown(surfaceLeft));
+    }
+
     void animationDurations()
     {
         QCOMPARE(NotchWindowController::animationDurationMs(1.0, false), 380);
@@ -246,6 +285,13 @@ private slots:
 
 private:
     NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
+
+    static bool shadowShown(NotchWindowController *controller)
+    {
+        QQuickView *shadow = controller->shadowWindow();
+        QQuickItem *item = shadow ? findItem(shadow->rootObject(), QStringLiteral("surfaceShadow")) : nullptr;
+        return shadow && shadow->isVisible() && item && item->isVisible();
+    }
 
     // The middle of an item, in screen coordinates.
     static QPoint onScreen(QQuickItem *item)
