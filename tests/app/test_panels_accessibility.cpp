@@ -1,0 +1,261 @@
+// The panels as a screen reader meets them: over the accessibility bus (AT-SPI), the
+// buttons, rows and the address field of the clipboard, timer and launcher panels are
+// found by name and role, and pressing them does what clicking does.
+#include "app/preferences_codec.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+// Finds a control of Ledgewise on screen by role and name over AT-SPI (hidden ones, such
+// as the running timer's Cancel while it is idle, do not count; waiting up to 15
+// seconds), then presses it ("press"), says where its centre is on the screen
+// ("centre"), or only says it is there ("find"); "absent" waits for it to be gone.
+const char probeScript[] =
+    "import sys, time\n"
+    "import pyatspi\n"
+    "def find(node, role, name, depth=0):\n"
+    "    if depth > 40 or node is None:\n"
+    "        return None\n"
+    "    try:\n"
+    "        if node.getRoleName() == role and node.name == name \\\n"
+    "                and node.getState().contains(pyatspi.STATE_SHOWING):\n"
+    "            return node\n"
+    "        for index in range(node.childCount):\n"
+    "            found = find(node.getChildAtIndex(index), role, name, depth + 1)\n"
+    "            if found is not None:\n"
+    "                return found\n"
+    "    except Exception:\n"
+    "        return None\n"
+    "    return None\n"
+    "def main():\n"
+    "    mode, role, name = sys.argv[1:4]\n"
+    "    deadline = time.time() + 15\n"
+    "    while time.time() < deadline:\n"
+    "        for app in pyatspi.Registry.getDesktop(0):\n"
+    "            if app is None or app.name.lower() != 'ledgewise':\n"
+    "                continue\n"
+    "            control = find(app, role, name)\n"
+    "            if mode == 'absent' and control is None:\n"
+    "                print('absent')\n"
+    "                return 0\n"
+    "            if control is None or mode == 'absent':\n"
+    "                continue\n"
+    "            if mode == 'press':\n"
+    "                control.queryAction().doAction(0)\n"
+    "                print('pressed')\n"
+    "            elif mode == 'centre':\n"
+    "                box = control.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)\n"
+    "                print('%d %d' % (box.x + box.width // 2, box.y + box.height // 2))\n"
+    "            else:\n"
+    "                print('found')\n"
+    "            return 0\n"
+    "        time.sleep(0.2)\n"
+    "    print('no %s named %r' % (role, name))\n"
+    "    return 1\n"
+    "sys.exit(main())\n";
+
+QString xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void copyWithXclip(const QByteArray &text)
+{
+    QProcess xclip;
+    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+    QVERIFY(xclip.waitForStarted());
+    xclip.write(text);
+    xclip.closeWriteChannel();
+    QVERIFY(xclip.waitForFinished(5000));
+}
+
+QByteArray pasteWithXclip()
+{
+    QProcess xclip;
+    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+    xclip.waitForFinished(5000);
+    return xclip.readAllStandardOutput();
+}
+
+// The clipboard history on disk: text -> pinned.
+QMap<QString, bool> historyOnDisk()
+{
+    QFile file(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+                   .filePath(QStringLiteral("Ledgewise/clipboard.json")));
+    QMap<QString, bool> history;
+    if (!file.open(QIODevice::ReadOnly))
+        return history;
+    for (const QJsonValue &entry : QJsonDocument::fromJson(file.readAll()).array())
+        history.insert(entry.toObject().value(QStringLiteral("text")).toString(),
+                       entry.toObject().value(QStringLiteral("isPinned")).toBool());
+    return history;
+}
+
+QString settingsPath()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
+        .filePath(QStringLiteral("Ledgewise/Ledgewise.conf"));
+}
+
+// The titles of the pinned entries, as saved.
+QStringList launcherTitlesOnDisk()
+{
+    QSettings settings(settingsPath(), QSettings::NativeFormat);
+    const auto preferences = ledgewise::decodePreferences(settings.value(QStringLiteral("ledgewise.preferences")).toByteArray());
+    QStringList titles;
+    if (preferences) {
+        for (const ledgewise::LauncherItem &item : preferences->launcherItems)
+            titles << item.title;
+    }
+    return titles;
+}
+
+} // namespace
+
+class TestPanelsAccessibility : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_scripts.isValid());
+        QFile probe(m_scripts.filePath(QStringLiteral("probe.py")));
+        QVERIFY(probe.open(QIODevice::WriteOnly));
+        probe.write(probeScript);
+    }
+
+    void panelControlsArePressedByName()
+    {
+        // Classic corners and no animation: the surfaces open at once, with square tops.
+        ledgewise::Preferences preferences;
+        preferences.style = ledgewise::NotchStyle::classic;
+        preferences.animateInterface = false;
+        {
+            QSettings settings(settingsPath(), QSettings::NativeFormat);
+            settings.setValue(QStringLiteral("ledgewise.preferences"), *ledgewise::encodePreferences(preferences));
+        }
+
+        QProcess app;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+        app.setProcessEnvironment(environment);
+        app.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), {});
+        QVERIFY(app.waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
+
+        // Another application copies two texts.
+        copyWithXclip("older entry");
+        QTRY_VERIFY_WITH_TIMEOUT(historyOnDisk().contains(QStringLiteral("older entry")), 5000);
+        copyWithXclip("newer entry");
+        QTRY_VERIFY_WITH_TIMEOUT(historyOnDisk().contains(QStringLiteral("newer entry")), 5000);
+
+        // The left surface opens on a click; its clipboard rows' buttons say what they do.
+        clickSurface(QStringLiteral("left"));
+        QCOMPARE(probe("press", "push button", "Pin older entry"), QByteArray("pressed"));
+        QTRY_VERIFY(historyOnDisk().value(QStringLiteral("older entry")));
+        QCOMPARE(probe("press", "push button", "Unpin older entry"), QByteArray("pressed"));
+        QTRY_VERIFY(!historyOnDisk().value(QStringLiteral("older entry")));
+        QCOMPARE(historyOnDisk().size(), 2);
+
+        // The row itself, named by its title, copies the entry back.
+        QCOMPARE(probe("press", "push button", "older entry"), QByteArray("pressed"));
+        QTRY_COMPARE(pasteWithXclip(), QByteArray("older entry"));
+
+        QCOMPARE(probe("press", "push button", "Delete newer entry"), QByteArray("pressed"));
+        QTRY_VERIFY(!historyOnDisk().contains(QStringLiteral("newer entry")));
+        QCOMPARE(historyOnDisk().keys(), QStringList({"older entry"}));
+
+        // The timer: a preset starts a countdown, Cancel ends it, Start starts the custom one.
+        QCOMPARE(probe("absent", "push button", "Cancel"), QByteArray("absent"));
+        QCOMPARE(probe("press", "push button", "5m"), QByteArray("pressed"));
+        QCOMPARE(probe("absent", "push button", "5m"), QByteArray("absent"));
+        QCOMPARE(probe("press", "push button", "Cancel"), QByteArray("pressed"));
+        QCOMPARE(probe("absent", "push button", "Cancel"), QByteArray("absent"));
+        QCOMPARE(probe("press", "push button", "Start"), QByteArray("pressed"));
+        QCOMPARE(probe("absent", "push button", "Start"), QByteArray("absent"));
+        QCOMPARE(probe("press", "push button", "Cancel"), QByteArray("pressed"));
+        QCOMPARE(probe("find", "push button", "5m"), QByteArray("found"));
+
+        // The right surface: the address field is found by its name, typed into, and
+        // "Add site" adds the site.
+        clickSurface(QStringLiteral("right"));
+        const QStringList centre = QString::fromUtf8(probe("centre", "text", "Address")).split(QLatin1Char(' '));
+        QCOMPARE(centre.size(), 2);
+        xdotool({QStringLiteral("mousemove"), centre[0], centre[1], QStringLiteral("click"), QStringLiteral("1")});
+        QTest::qWait(300);
+        xdotool({QStringLiteral("type"), QStringLiteral("example.org")});
+        QCOMPARE(probe("press", "push button", "Add site"), QByteArray("pressed"));
+        QTRY_COMPARE_WITH_TIMEOUT(launcherTitlesOnDisk(), QStringList({"example.org"}), 5000);
+
+        // The row's remove button is named after what it removes.
+        QCOMPARE(probe("find", "push button", "example.org"), QByteArray("found"));
+        QCOMPARE(probe("press", "push button", "Remove example.org"), QByteArray("pressed"));
+        QTRY_COMPARE_WITH_TIMEOUT(launcherTitlesOnDisk(), QStringList(), 5000);
+
+        app.terminate();
+        QVERIFY(app.waitForFinished(10000));
+        QCOMPARE(app.exitCode(), 0);
+    }
+
+private:
+    static QString surfaceWindow(const QString &side)
+    {
+        return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                        QStringLiteral("Ledgewise %1 surface").arg(side)})
+            .section(QLatin1Char('\n'), 0, 0);
+    }
+
+    // A click in the middle of a side's surface, which opens it.
+    static void clickSurface(const QString &side)
+    {
+        const QString window = surfaceWindow(side);
+        QVERIFY(!window.isEmpty());
+        const QString geometry = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        int x = 0, y = 0, width = 0, height = 0;
+        for (const QString &line : geometry.split(QLatin1Char('\n'))) {
+            const QString value = line.section(QLatin1Char('='), 1);
+            if (line.startsWith(QLatin1String("X=")))
+                x = value.toInt();
+            else if (line.startsWith(QLatin1String("Y=")))
+                y = value.toInt();
+            else if (line.startsWith(QLatin1String("WIDTH=")))
+                width = value.toInt();
+            else if (line.startsWith(QLatin1String("HEIGHT=")))
+                height = value.toInt();
+        }
+        QVERIFY(width > 0 && height > 0);
+        xdotool({QStringLiteral("mousemove"), QString::number(x + width / 2), QString::number(y + height / 2),
+                 QStringLiteral("click"), QStringLiteral("1")});
+    }
+
+    QByteArray probe(const char *mode, const char *role, const char *name)
+    {
+        QProcess probe;
+        probe.setProcessChannelMode(QProcess::MergedChannels);
+        probe.start(QStringLiteral("/usr/bin/python3"),
+                    {m_scripts.filePath(QStringLiteral("probe.py")), QString::fromLatin1(mode),
+                     QString::fromLatin1(role), QString::fromUtf8(name)});
+        probe.waitForFinished(30000);
+        return probe.readAll().trimmed();
+    }
+
+    QTemporaryDir m_scripts;
+};
+
+QTEST_GUILESS_MAIN(TestPanelsAccessibility)
+#include "test_panels_accessibility.moc"
