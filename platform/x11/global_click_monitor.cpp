@@ -20,7 +20,10 @@ GlobalClickMonitor::GlobalClickMonitor(QObject *parent)
     if (!extension || !extension->present)
         return;
     m_xinputOpcode = extension->major_opcode;
-    auto *version = xcb_input_xi_query_version_reply(m_connection, xcb_input_xi_query_version(m_connection, 2, 0),
+    // The version a client announces decides what it is sent: from 2.1 on, raw events
+    // reach the root window even while another client holds a grab (an open menu, a
+    // drag), which is exactly when a click elsewhere must still be seen.
+    auto *version = xcb_input_xi_query_version_reply(m_connection, xcb_input_xi_query_version(m_connection, 2, 2),
                                                      nullptr);
     const bool hasXi2 = version && version->major_version >= 2;
     std::free(version);

@@ -129,6 +129,44 @@ private:
     xcb_connection_t *m_connection;
 };
 
+// Another application's window (tests/surfaces/window_helper.cpp), alive while this is.
+class HelperWindow
+{
+public:
+    explicit HelperWindow(const QRect &geometry, const QStringList &options = {})
+    {
+        m_process.start(qEnvironmentVariable("WINDOW_HELPER"),
+                        QStringList{QString::number(geometry.x()), QString::number(geometry.y()),
+                                    QString::number(geometry.width()), QString::number(geometry.height())}
+                            + options);
+        m_ready = m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
+    }
+    ~HelperWindow()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    bool isReady() const { return m_ready; }
+    // Every press the window received so far, as "X Y" in screen coordinates.
+    QStringList presses()
+    {
+        while (m_process.canReadLine() || m_process.waitForReadyRead(0)) {
+            const QByteArray line = m_process.readLine().trimmed();
+            if (line.startsWith("pressed "))
+                m_presses << QString::fromLatin1(line.mid(8));
+            if (!m_process.canReadLine())
+                break;
+        }
+        return m_presses;
+    }
+
+private:
+    QProcess m_process;
+    QStringList m_presses;
+    bool m_ready = false;
+};
+
 inline const QString left = QStringLiteral("Ledgewise left surface");
 inline const QString right = QStringLiteral("Ledgewise right surface");
 

@@ -275,6 +275,61 @@ private slots:
         QVERIFY(!shadowShown(surfaceLeft));
     }
 
+    void aClickInAnotherApplicationsWindowCollapses()
+    {
+        HelperWindow other(QRect(600, 500, 200, 150));
+        QVERIFY(other.isReady());
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        clickAt(QPoint(700, 575));
+        QTRY_COMPARE(other.presses(), QStringList{QStringLiteral("700 575")});
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void aClickElsewhereCollapsesWhileAnotherApplicationHoldsAGrab()
+    {
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        // Like an open menu of another application: every click goes to its window.
+        HelperWindow menu(QRect(600, 500, 200, 150), {QStringLiteral("--grab")});
+        QVERIFY(menu.isReady());
+        clickAt(QPoint(1000, 700));
+        QTRY_COMPARE(menu.presses(), QStringList{QStringLiteral("1000 700")});
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void aClickInATransparentCornerReachesTheWindowBehind()
+    {
+        HelperWindow behind(QRect(40, 0, 140, 60));
+        QVERIFY(behind.isReady());
+        m_fixture->controller->rebuild(false); // mapped later, so above it
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(81, 27)); // outside the rounded corner of radius 14
+        QTRY_COMPARE(behind.presses(), QStringList{QStringLiteral("81 27")});
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
+        clickAt(QPoint(80 + 38, 14)); // inside: the surface takes it
+        QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
+        QCOMPARE(behind.presses().size(), 1);
+    }
+
+    void aClickOnTheShadowReachesTheWindowBehind()
+    {
+        CompositorStandIn compositor;
+        HelperWindow behind(QRect(40, 100, 60, 200));
+        QVERIFY(behind.isReady());
+        m_fixture->controller->rebuild(false);
+        surface(NotchSide::left)->behaviour().toggleExpanded();
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QTRY_COMPARE(xGeometry(QStringLiteral("Ledgewise left shadow")), QRect(64, 0, 300, 356));
+        clickAt(QPoint(72, 200));
+        QTRY_COMPARE(behind.presses(), QStringList{QStringLiteral("72 200")});
+        QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
+    }
+
     void animationDurations()
     {
         QCOMPARE(NotchWindowController::animationDurationMs(1.0, false), 380);
