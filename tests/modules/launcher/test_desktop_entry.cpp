@@ -96,11 +96,17 @@ private slots:
 
     void messagesLocaleDropsTheEncoding()
     {
+        const QByteArray before = qgetenv("LC_ALL");
         qputenv("LC_ALL", "de_DE.UTF-8@euro");
-        QCOMPARE(DesktopEntry::messagesLocale(), QStringLiteral("de_DE@euro"));
+        const QString withModifier = DesktopEntry::messagesLocale();
         qputenv("LC_ALL", "pt_BR.UTF-8");
-        QCOMPARE(DesktopEntry::messagesLocale(), QStringLiteral("pt_BR"));
-        qunsetenv("LC_ALL");
+        const QString withoutModifier = DesktopEntry::messagesLocale();
+        if (before.isNull())
+            qunsetenv("LC_ALL");
+        else
+            qputenv("LC_ALL", before);
+        QCOMPARE(withModifier, QStringLiteral("de_DE@euro"));
+        QCOMPARE(withoutModifier, QStringLiteral("pt_BR"));
     }
 
     void execLines_data()
