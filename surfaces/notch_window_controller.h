@@ -82,6 +82,10 @@ public:
     void dragDidExit() override;
     void dragDidDrop(std::shared_ptr<const DropPayload> payload) override;
 
+    // The move between frames and the fade that marks a change made without animation.
+    const QVariantAnimation &moveAnimation() const { return m_animation; }
+    const QVariantAnimation &fadeAnimation() const { return m_fade; }
+
     // The duration of an animated move, in milliseconds, for a speed preference.
     static int animationDurationMs(double animationSpeed, bool reduceMotion);
 

@@ -16,8 +16,12 @@
 #include <QMimeData>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QPointer>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
+
+#include <functional>
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
@@ -192,6 +196,15 @@ private slots:
             titles << accessible->text(QAccessible::Name);
         }
         QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open"}));
+        // The row holds these four and nothing else.
+        QQuickItem *row = findItem(actions, QStringLiteral("dropActionRow"));
+        QVERIFY(row);
+        QStringList inRow;
+        for (QQuickItem *child : row->childItems()) {
+            if (QAccessible::queryAccessibleInterface(child) && QAccessible::queryAccessibleInterface(child)->role() == QAccessible::Button)
+                inRow << child->objectName();
+        }
+        QCOMPARE(inRow, QStringList({"dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open"}));
         QQuickItem *airDrop = findItem(actions, QStringLiteral("dropAction_airDrop"));
         QVERIFY(airDrop);
         QCOMPARE(QAccessible::queryAccessibleInterface(airDrop)->text(QAccessible::Name), QStringLiteral("AirDrop"));
@@ -328,6 +341,208 @@ private slots:
         clickAt(QPoint(72, 200));
         QTRY_COMPARE(behind.presses(), QStringList{QStringLiteral("72 200")});
         QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
+    }
+
+    void cornerRadiusFollowsStyleAndPresentation()
+    {
+        m_fixture->context->store.update([](Preferences &p) {
+            p.animateInterface = false;
+            p.height = 400;
+        });
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QQuickItem *fill = findItem(surfaceLeft->window()->rootObject(), QStringLiteral("surfaceFill"));
+        QVERIFY(fill);
+        const auto radiusIn = [&](NotchPresentation presentation) {
+            surfaceLeft->behaviour().setPresentation(presentation, false);
+            return fill->property("radius").toDouble();
+        };
+        // Pill: the fixed half-heights collapsed, half the preferred height open.
+        QCOMPARE(radiusIn(NotchPresentation::sleeping), 14.0);
+        QCOMPARE(radiusIn(NotchPresentation::glance), 15.0);
+        QCOMPARE(radiusIn(NotchPresentation::active), 15.0);
+        QCOMPARE(radiusIn(NotchPresentation::expanded), 200.0);
+        // Classic: the corner radius preference everywhere.
+        m_fixture->context->store.update([](Preferences &p) {
+            p.style = NotchStyle::classic;
+            p.cornerRadius = 9;
+        });
+        for (NotchPresentation presentation : {NotchPresentation::sleeping, NotchPresentation::glance,
+                                               NotchPresentation::active, NotchPresentation::expanded})
+            QCOMPARE(radiusIn(presentation), 9.0);
+        // Minimal: never rounder than 10, even open at 400 high.
+        m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::minimal; });
+        for (NotchPresentation presentation : {NotchPresentation::sleeping, NotchPresentation::glance,
+                                               NotchPresentation::active, NotchPresentation::expanded})
+            QCOMPARE(radiusIn(presentation), 10.0);
+    }
+
+    void fullOpacityFillsBlackAndLessLetsTheDesktopThrough()
+    {
+        m_fixture->controller->rebuild(false);
+        QQuickView *window = surface(NotchSide::left)->window();
+        QTRY_VERIFY(window->isExposed());
+        QImage image = window->grabWindow();
+        QCOMPARE(image.pixel(20, 8), qRgba(0, 0, 0, 255)); // beside the bar, inside the rounding
+        m_fixture->context->store.update([](Preferences &p) { p.opacity = 0.5; });
+        image = window->grabWindow();
+        QVERIFY2(qAlpha(image.pixel(20, 8)) > 110 && qAlpha(image.pixel(20, 8)) < 145,
+                 qPrintable(QString::number(qAlpha(image.pixel(20, 8)))));
+        QCOMPARE(qRed(image.pixel(20, 8)), 0);
+    }
+
+    void theRimIsClassicOnly()
+    {
+        m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::classic; });
+        m_fixture->controller->rebuild(false);
+        QQuickItem *rim = findItem(surface(NotchSide::left)->window()->rootObject(), QStringLiteral("classicRim"));
+        QVERIFY(rim && rim->isVisible());
+        QCOMPARE(rim->opacity(), 0.08);
+        QCOMPARE(rim->property("border").value<QObject *>()->property("width").toInt(), 1);
+        m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::pill; });
+        QVERIFY(!rim->isVisible());
+        m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::classic; });
+        QVERIFY(rim->isVisible());
+        m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::minimal; });
+        QVERIFY(!rim->isVisible());
+    }
+
+    void aSideWithoutModulesOpensEmpty()
+    {
+        m_fixture->context->store.update([](Preferences &p) { p.leftModuleIDs = {}; });
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        surfaceLeft->behaviour().toggleExpanded();
+        QQuickItem *panel = findItem(surfaceLeft->window()->rootObject(), QStringLiteral("expandedPanel"));
+        QTRY_VERIFY(panel && panel->isVisible());
+        int shown = 0;
+        for (QQuickItem *child : panel->childItems())
+            shown += child->isVisible() && child->objectName().startsWith(QLatin1String("modulePanel_"));
+        QCOMPARE(shown, 0);
+        QVERIFY(!findItem(panel, QStringLiteral("dropActions"))->isVisible());
+    }
+
+    void theSleepingBar()
+    {
+        m_fixture->controller->rebuild(false);
+        QQuickItem *bar = findItem(surface(NotchSide::left)->window()->rootObject(), QStringLiteral("sleepingBar"));
+        QVERIFY(bar && bar->isVisible());
+        QCOMPARE(QSizeF(bar->width(), bar->height()), QSizeF(18, 3));
+        QCOMPARE(bar->opacity(), 0.22);
+        QCOMPARE(bar->property("color").value<QColor>(), QColor::fromRgbF(0.96f, 0.95f, 0.93f));
+        // Centred in the surface, to the pixel.
+        const auto offCentre = [bar] { return bar->mapToScene(QPointF(9, 1.5)) - QPointF(38, 14); };
+        QTRY_VERIFY(qAbs(offCentre().x()) <= 0.5 && qAbs(offCentre().y()) <= 0.5);
+    }
+
+    void everyOtherPreferenceReshapesTheSameWindowsAtOnce()
+    {
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        surfaceLeft->behaviour().toggleExpanded();
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        QQuickView *window = surfaceLeft->window();
+        const WId id = window->winId();
+        QList<QRect> seen;
+        connect(window, &QWindow::widthChanged, this, [&] { seen << window->geometry(); });
+        connect(window, &QWindow::heightChanged, this, [&] { seen << window->geometry(); });
+        connect(window, &QWindow::xChanged, this, [&] { seen << window->geometry(); });
+
+        const auto change = [&](const std::function<void(Preferences &)> &edit, const QRect &expected) {
+            seen.clear();
+            m_fixture->context->store.update(edit);
+            QCOMPARE(surface(NotchSide::left), surfaceLeft);
+            QCOMPARE(surfaceLeft->window(), window);
+            QCOMPARE(window->winId(), id);
+            QCOMPARE(surfaceLeft->frameInScreen(), expected); // at once
+            QVERIFY(surfaceLeft->moveAnimation().state() != QAbstractAnimation::Running);
+            for (const QRect &frame : seen)
+                QCOMPARE(frame, expected); // no frame in between
+        };
+        change([](Preferences &p) { p.width = 300; }, QRect(80, 0, 300, 340));
+        change([](Preferences &p) { p.height = 380; }, QRect(80, 0, 300, 380));
+        change([](Preferences &p) { p.offsetFromEdge = 100; }, QRect(100, 0, 300, 380));
+        change([](Preferences &p) { p.style = NotchStyle::classic; }, QRect(100, 0, 300, 380));
+        change([](Preferences &p) { p.cornerRadius = 6; }, QRect(100, 0, 300, 380));
+        QCOMPARE(surfaceLeft->pillRadius(), 6.0);
+        change([](Preferences &p) { p.opacity = 0.7; }, QRect(100, 0, 300, 380));
+        QCOMPARE(surfaceLeft->fillOpacity(), 0.7);
+        QTRY_COMPARE(xGeometry(left), QRect(100, 0, 300, 380));
+
+        // The placement makes new windows.
+        QList<WId> before;
+        for (const auto &controller : m_fixture->controller->controllers())
+            before << controller->window()->winId();
+        m_fixture->context->store.update([](Preferences &p) { p.placement = NotchPlacement::left; });
+        QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(1));
+        QVERIFY(!before.contains(surface(NotchSide::left)->window()->winId()));
+    }
+
+    void aHideDueAfterARebuildDoesNothing()
+    {
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        pointerTo(QPoint(80 + 38, 14));
+        QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::glance);
+        pointerTo(QPoint(756, 600)); // the 0.35 s hide is now pending
+        QPointer<NotchWindowController> old = surface(NotchSide::left);
+        m_fixture->controller->rebuild(false);
+        QVERIFY(old.isNull());
+        NotchWindowController *fresh = surface(NotchSide::left);
+        fresh->behaviour().setPresentation(NotchPresentation::glance, false);
+        QSignalSpy changes(fresh->surface(), &NotchSurfaceModel::presentationChanged);
+        QTest::qWait(600); // past the old delay: nothing happens
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(fresh->surface()->presentation(), NotchPresentation::glance);
+    }
+
+    void besideASimulatedNotchInEveryPresentation()
+    {
+        qputenv("LEDGEWISE_NOTCH", "200x32");
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        NotchWindowController *surfaceRight = surface(NotchSide::right);
+        // The notch spans 656 to 856; each surface keeps 8 from it.
+        const QList<std::pair<NotchPresentation, QSize>> sizes = {{NotchPresentation::sleeping, {76, 28}},
+                                                                  {NotchPresentation::glance, {162, 30}},
+                                                                  {NotchPresentation::active, {124, 30}},
+                                                                  {NotchPresentation::expanded, {268, 340}}};
+        for (const auto &[presentation, size] : sizes) {
+            surfaceLeft->behaviour().setPresentation(presentation, true);
+            surfaceRight->behaviour().setPresentation(presentation, true);
+            QTRY_COMPARE(xGeometry(left), QRect(QPoint(656 - 8 - size.width(), 0), size));
+            QTRY_COMPARE(xGeometry(right), QRect(QPoint(856 + 8, 0), size));
+            QCOMPARE(surfaceLeft->frameInScreen(), surfaceLeft->targetFrame(presentation));
+            screenshot(QStringLiteral("notch-") + rawValue(presentation));
+        }
+    }
+
+    void movesAndFadesFollowTheirCurves()
+    {
+        m_fixture->context->store.update([](Preferences &p) { p.animateInterface = false; });
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        surfaceLeft->behaviour().toggleExpanded();
+        const QVariantAnimation &fade = surfaceLeft->fadeAnimation();
+        QCOMPARE(fade.state(), QAbstractAnimation::Running);
+        QCOMPARE(fade.duration(), 120);
+        QCOMPARE(fade.startValue().toDouble(), 0.86);
+        QCOMPARE(fade.endValue().toDouble(), 1.0);
+
+        m_fixture->context->store.update([](Preferences &p) { p.animateInterface = true; });
+        const auto durationAt = [&](double speed) {
+            m_fixture->context->store.update([speed](Preferences &p) { p.animationSpeed = speed; });
+            surfaceLeft->behaviour().toggleExpanded();
+            return surfaceLeft->moveAnimation().duration();
+        };
+        QCOMPARE(durationAt(1.0), 380);
+        QCOMPARE(surfaceLeft->moveAnimation().state(), QAbstractAnimation::Running);
+        QCOMPARE(durationAt(0.1), 1520);
+        QCOMPARE(durationAt(2.0), 190);
+        const QEasingCurve curve = surfaceLeft->moveAnimation().easingCurve();
+        QCOMPARE(curve.type(), QEasingCurve::BezierSpline);
+        QCOMPARE(curve.toCubicSpline(), QList<QPointF>({QPointF(0.16, 1.0), QPointF(0.3, 1.0), QPointF(1.0, 1.0)}));
+        QCOMPARE(NotchWindowController::animationDurationMs(1.0, true), 120);
     }
 
     void animationDurations()
