@@ -19,7 +19,6 @@
 #include "platform/clipboard/qt_pasteboard.h"
 #include "platform/dbus/freedesktop_notifications.h"
 #include "platform/dbus/motion_preference.h"
-#include "platform/dbus/sleep_monitor.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
 
@@ -95,8 +94,6 @@ void AppModel::start()
     m_notchController = std::make_unique<NotchController>(this, *m_engine);
     connect(m_notchController.get(), &NotchController::contextMenuRequested, this, &AppModel::showContextMenu);
     m_notchController->listen();
-    m_sleepMonitor = std::make_unique<SleepMonitor>();
-    connect(m_sleepMonitor.get(), &SleepMonitor::woke, m_notchController.get(), &NotchController::workspaceWoke);
     m_notchController->rebuild(false);
     m_notchController->syncTimerPulse();
 }

@@ -21,7 +21,6 @@ class DownloadsStore;
 class FreedesktopNotifications;
 class SystemBell;
 class NotchController;
-class SleepMonitor;
 class MotionPreference;
 class UrlOpener;
 class FileChooser;
@@ -103,7 +102,6 @@ private:
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
-    std::unique_ptr<SleepMonitor> m_sleepMonitor;
     std::unique_ptr<MotionPreference> m_motion;
     std::unique_ptr<QMenu> m_contextMenu;
     bool m_started = false;

@@ -1,7 +1,9 @@
 #include "surfaces/notch_controller.h"
 
 #include "app/preferences_store.h"
+#include "platform/dbus/sleep_monitor.h"
 #include "platform/display/screen_snapshot.h"
+#include "platform/x11/active_window.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -51,6 +53,8 @@ void NotchController::listen()
     connect(&m_context->preferencesStore(), &PreferencesStore::preferencesDidChange, this,
             &NotchController::preferencesChanged);
     connect(m_context, &SurfaceContext::timerDidChange, this, &NotchController::syncTimerPulse);
+    m_sleepMonitor = std::make_unique<SleepMonitor>();
+    connect(m_sleepMonitor.get(), &SleepMonitor::woke, this, &NotchController::workspaceWoke);
 }
 
 void NotchController::watchScreen(QScreen *screen)
@@ -64,10 +68,21 @@ void NotchController::screensChanged()
     m_screenChange.start();
 }
 
+QScreen *NotchController::focusedScreen()
+{
+    if (const auto centre = activeWindowCentre()) {
+        if (QScreen *screen = QGuiApplication::screenAt(*centre))
+            return screen;
+    }
+    if (QScreen *screen = QGuiApplication::screenAt(QCursor::pos()))
+        return screen;
+    return QGuiApplication::primaryScreen();
+}
+
 QList<QScreen *> NotchController::chosenScreens(bool showOnExternalMonitors)
 {
     QList<QScreen *> chosen;
-    QScreen *focused = QGuiApplication::screenAt(QCursor::pos());
+    QScreen *focused = focusedScreen();
     QScreen *primary = QGuiApplication::primaryScreen();
     for (QScreen *screen : QGuiApplication::screens()) {
         if (screen == focused || screen == primary || showOnExternalMonitors)

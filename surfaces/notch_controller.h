@@ -16,6 +16,8 @@ class QScreen;
 
 namespace ledgewise {
 
+class SleepMonitor;
+
 // Decides which surfaces exist: one per side of the placement on each chosen display.
 // Rebuilds them when the displays, the placement or the external-monitor switch change
 // or the machine wakes; reshapes them in place for any other preference; routes the
@@ -39,8 +41,11 @@ public:
     const std::vector<std::unique_ptr<NotchWindowController>> &controllers() const { return m_controllers; }
     bool isPulsing() const { return m_timerPulse.isActive(); }
 
-    // The screens that get surfaces: the one with the pointer (where the user works),
-    // the primary one, and every other one when external monitors are on.
+    // The screen with keyboard focus: the one holding the middle of the active window,
+    // else the one under the pointer, else the primary one.
+    static QScreen *focusedScreen();
+    // The screens that get surfaces: the focused one, the primary one, and every other
+    // one when external monitors are on.
     static QList<QScreen *> chosenScreens(bool showOnExternalMonitors);
 
 signals:
@@ -59,6 +64,7 @@ private:
     std::vector<std::unique_ptr<NotchWindowController>> m_controllers;
     QTimer m_timerPulse;
     QTimer m_screenChange;
+    std::unique_ptr<SleepMonitor> m_sleepMonitor;
     std::optional<NotchPlacement> m_lastPlacement;
     std::optional<bool> m_lastExternal;
     bool m_listening = false;

@@ -202,7 +202,11 @@ inline void screenshot(const QString &name)
     const QString folder = qEnvironmentVariable("LEDGEWISE_ARTEFACTS");
     if (folder.isEmpty() || !QDir().mkpath(folder))
         return;
-    QGuiApplication::primaryScreen()->grabWindow(0).save(QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(name)));
+    // The whole desktop, every display side by side.
+    QScreen *primary = QGuiApplication::primaryScreen();
+    const QRect desktop = primary->virtualGeometry();
+    primary->grabWindow(0, desktop.x(), desktop.y(), desktop.width(), desktop.height())
+        .save(QDir(folder).filePath(QStringLiteral("surfaces-%1.png").arg(name)));
 }
 
 } // namespace ledgewise::testing
