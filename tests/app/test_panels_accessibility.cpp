@@ -2,6 +2,7 @@
 // buttons, rows and the address field of the clipboard, timer and launcher panels are
 // found by name and role, and pressing them does what clicking does.
 #include "app/preferences_codec.h"
+#include "tests/support/x11_tools.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,6 +14,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace ledgewise::testing;
 
 namespace {
 
@@ -63,32 +66,6 @@ const char probeScript[] =
     "    print('no %s named %r' % (role, name))\n"
     "    return 1\n"
     "sys.exit(main())\n";
-
-QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-void copyWithXclip(const QByteArray &text)
-{
-    QProcess xclip;
-    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
-    QVERIFY(xclip.waitForStarted());
-    xclip.write(text);
-    xclip.closeWriteChannel();
-    QVERIFY(xclip.waitForFinished(5000));
-}
-
-QByteArray pasteWithXclip()
-{
-    QProcess xclip;
-    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
-    xclip.waitForFinished(5000);
-    return xclip.readAllStandardOutput();
-}
 
 // The clipboard history on disk: text -> pinned.
 QMap<QString, bool> historyOnDisk()
@@ -159,9 +136,9 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
 
         // Another application copies two texts.
-        copyWithXclip("older entry");
+        QVERIFY(copyElsewhere("older entry"));
         QTRY_VERIFY_WITH_TIMEOUT(historyOnDisk().contains(QStringLiteral("older entry")), 5000);
-        copyWithXclip("newer entry");
+        QVERIFY(copyElsewhere("newer entry"));
         QTRY_VERIFY_WITH_TIMEOUT(historyOnDisk().contains(QStringLiteral("newer entry")), 5000);
 
         // The left surface opens on a click; its clipboard rows' buttons say what they do.
@@ -174,7 +151,7 @@ private slots:
 
         // The row itself, named by its title, copies the entry back.
         QCOMPARE(probe("press", "push button", "older entry"), QByteArray("pressed"));
-        QTRY_COMPARE(pasteWithXclip(), QByteArray("older entry"));
+        QTRY_COMPARE(pasteElsewhere(), QByteArray("older entry"));
 
         QCOMPARE(probe("press", "push button", "Delete newer entry"), QByteArray("pressed"));
         QTRY_VERIFY(!historyOnDisk().contains(QStringLiteral("newer entry")));

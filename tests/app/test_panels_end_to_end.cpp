@@ -8,6 +8,7 @@
 #include "modules/timer/timer_session.h"
 #include "surfaces/notch_controller.h"
 #include "tests/support/quick_item_search.h"
+#include "tests/support/x11_tools.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -27,13 +28,6 @@ using namespace ledgewise;
 using namespace ledgewise::testing;
 
 namespace {
-
-void xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-}
 
 void clickOn(QQuickItem *item)
 {
@@ -296,12 +290,7 @@ private slots:
     {
         // Another application copies two texts.
         for (const char *text : {"first copy", "second copy"}) {
-            QProcess xclip;
-            xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
-            QVERIFY(xclip.waitForStarted());
-            xclip.write(text);
-            xclip.closeWriteChannel();
-            QVERIFY(xclip.waitForFinished(5000));
+            QVERIFY(copyElsewhere(text));
             QTRY_VERIFY(!m_model->clipboard().items().isEmpty()
                         && m_model->clipboard().items().constFirst().text == QString::fromLatin1(text));
         }
@@ -316,11 +305,7 @@ private slots:
         clickOn(findItem(older, QStringLiteral("rowTitle")));
         // xdotool returns once the click is sent; the row copies when the click arrives.
         QTRY_COMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first copy"));
-        QProcess paste;
-        QSignalSpy finished(&paste, &QProcess::finished);
-        paste.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
-        QVERIFY(finished.wait(5000));
-        QCOMPARE(paste.readAllStandardOutput(), QByteArray("first copy"));
+        QCOMPARE(pasteElsewhere(), QByteArray("first copy"));
         QCOMPARE(m_model->clipboard().items().size(), 2); // not captured again
     }
 

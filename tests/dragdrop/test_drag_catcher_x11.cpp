@@ -2,6 +2,7 @@
 // window system reports the drag over the whole window, the catcher only over its
 // rounded shape.
 #include "dragdrop/drag_catcher.h"
+#include "tests/support/x11_tools.h"
 
 #include <QPainter>
 #include <QProcess>
@@ -9,6 +10,7 @@
 #include <QTest>
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
 namespace {
 
@@ -26,14 +28,6 @@ class Surface final : public QRasterWindow
 protected:
     void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(QRect(QPoint(), size()), Qt::black); }
 };
-
-QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
 
 void pointerTo(const QPoint &point)
 {

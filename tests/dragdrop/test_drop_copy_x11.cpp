@@ -1,28 +1,14 @@
 #include "dragdrop/drop_actions.h"
 #include "platform/clipboard/qt_pasteboard.h"
+#include "tests/support/x11_tools.h"
 
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
-namespace {
-
-// What another application gets when it pastes: `xclip -o` for one target, run while
-// our event loop keeps serving the selection.
-QByteArray pasteElsewhere(const QString &target)
-{
-    QProcess xclip;
-    QSignalSpy finished(&xclip, &QProcess::finished);
-    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o"),
-                                          QStringLiteral("-t"), target});
-    if (!finished.wait(10000))
-        return "<xclip did not finish>";
-    return xclip.readAllStandardOutput();
-}
-
-} // namespace
 
 class TestDropCopyX11 : public QObject
 {

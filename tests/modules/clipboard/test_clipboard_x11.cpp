@@ -1,6 +1,7 @@
 #include "modules/clipboard/clipboard_store.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "tests/modules/clipboard/clipboard_test_support.h"
+#include "tests/support/x11_tools.h"
 
 #include <QDir>
 #include <QProcess>
@@ -61,17 +62,6 @@ private:
 
     std::vector<std::unique_ptr<QProcess>> m_processes;
 };
-
-QByteArray pasteElsewhere(const QString &target)
-{
-    QProcess xclip;
-    QSignalSpy finished(&xclip, &QProcess::finished);
-    xclip.start(QStringLiteral("xclip"),
-                {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o"), QStringLiteral("-t"), target});
-    if (!finished.wait(10000))
-        return "<xclip did not finish>";
-    return xclip.readAllStandardOutput();
-}
 
 QString valueOf(const ClipboardItem &item)
 {
