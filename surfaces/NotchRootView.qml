@@ -98,13 +98,18 @@ Item {
             anchors.bottomMargin: 8
             spacing: 10
 
-            DropActionsView {
-                objectName: "dropActions"
-                visible: root.surface.hasDropPayload
+            // Made only while something was dropped, so that a screen reader never
+            // meets the buttons of a drop that is not there.
+            Loader {
                 Layout.fillWidth: true
-                summary: root.controller.dropSummary
-                actions: root.controller.dropActions
-                onActionChosen: action => root.controller.performDropAction(action)
+                active: root.surface.hasDropPayload
+                visible: active
+                sourceComponent: DropActionsView {
+                    objectName: "dropActions"
+                    summary: root.controller.dropSummary
+                    actions: root.controller.dropActions
+                    onActionChosen: action => root.controller.performDropAction(action)
+                }
             }
 
             Repeater {

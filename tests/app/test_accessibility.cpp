@@ -37,6 +37,79 @@ QByteArray press(const QString &role, const QString &name)
     return probe.readAll().trimmed();
 }
 
+// What assistive technology reads of an application: every frame, in tree order, one
+// "role|name" a line.
+QStringList framesOf(const QString &application)
+{
+    static const char script[] = R"(
+import sys, time
+import pyatspi
+deadline = time.time() + 15
+while time.time() < deadline:
+    for app in pyatspi.Registry.getDesktop(0):
+        if app is not None and app.name.lower() == sys.argv[1].lower() and app.childCount > 0:
+            for index in range(app.childCount):
+                child = app.getChildAtIndex(index)
+                print(child.getRoleName() + "|" + (child.name or ""))
+            sys.exit(0)
+    time.sleep(0.2)
+sys.exit(1)
+)";
+    QProcess probe;
+    probe.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), QString::fromLatin1(script), application});
+    probe.waitForFinished(30000);
+    return QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+// A screen reader's view of a menu: a popup menu is no child of its application in the
+// accessibility tree, it is met through the focus moving onto one of its items. The
+// probe says "listening" once it waits for that, then lists the menu's entries as
+// "role|name", presses the item named, and says "pressed".
+const char menuProbe[] = R"(
+import sys, time
+import pyatspi
+from gi.repository import GLib
+
+application = sys.argv[1]
+deadline = time.time() + 20
+while time.time() < deadline:
+    if any(app is not None and app.name.lower() == application.lower() for app in pyatspi.Registry.getDesktop(0)):
+        break
+    time.sleep(0.2)
+
+def menu_of(node):
+    while node is not None:
+        if node.getRoleName() in ("menu", "popup menu"):
+            return node
+        node = node.parent
+    return None
+
+def on_focus(event):
+    try:
+        menu = menu_of(event.source)
+        if menu is None:
+            return
+        quit_item = None
+        for index in range(menu.childCount):
+            child = menu.getChildAtIndex(index)
+            print(child.getRoleName() + "|" + (child.name or ""))
+            if child.getRoleName() == "menu item" and child.name == sys.argv[2]:
+                quit_item = child
+        if quit_item is not None:
+            quit_item.queryAction().doAction(0)
+            print("pressed")
+        sys.stdout.flush()
+        pyatspi.Registry.stop()
+    except Exception as error:
+        print("error", error)
+
+pyatspi.Registry.registerEventListener(on_focus, "object:state-changed:focused", "focus:")
+GLib.timeout_add_seconds(20, lambda: pyatspi.Registry.stop())
+print("listening")
+sys.stdout.flush()
+pyatspi.Registry.start()
+)";
+
 } // namespace
 
 class TestAccessibility : public QObject
@@ -44,6 +117,44 @@ class TestAccessibility : public QObject
     Q_OBJECT
 
 private slots:
+    void theSurfaceMenuIsReadInOrderAndQuitIsPressedByName()
+    {
+        QProcess app;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+        app.setProcessEnvironment(environment);
+        app.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), {});
+        QVERIFY(app.waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(!xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                           QStringLiteral("Ledgewise right surface")})
+                                      .isEmpty(),
+                                 10000);
+        // Each surface is a frame named after its side.
+        const QStringList frames = framesOf(QStringLiteral("Ledgewise"));
+        QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise left surface")), qPrintable(frames.join(QLatin1Char(';'))));
+        QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise right surface")), qPrintable(frames.join(QLatin1Char(';'))));
+
+        QProcess probe;
+        probe.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-u"), QStringLiteral("-c"), QString::fromLatin1(menuProbe),
+                                                         QStringLiteral("Ledgewise"), QStringLiteral("Quit Ledgewise")});
+        QTRY_VERIFY_WITH_TIMEOUT(probe.canReadLine() || (probe.waitForReadyRead(100) && probe.canReadLine()), 20000);
+        QCOMPARE(probe.readLine().trimmed(), QByteArray("listening"));
+        // A secondary click on the left surface opens its menu; the arrow key moves
+        // onto its first item, as a keyboard user would.
+        pointerTo(118, 14);
+        xdotool({QStringLiteral("click"), QStringLiteral("3")});
+        QTest::qWait(300);
+        xdotool({QStringLiteral("key"), QStringLiteral("Down")});
+        QVERIFY(probe.waitForFinished(25000));
+        const QStringList said = QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(said, QStringList({QStringLiteral("menu item|Settings…"), QStringLiteral("menu item|Check for Updates…"),
+                                    QStringLiteral("separator|"), QStringLiteral("menu item|Quit Ledgewise"),
+                                    QStringLiteral("pressed")}));
+        QVERIFY(app.waitForFinished(10000));
+        QCOMPARE(app.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(app.exitCode(), 0);
+    }
+
     void dropActionsArePressedByName()
     {
         // A classic surface keeps its corners when it opens, so the drag below stays in it.
@@ -73,6 +184,7 @@ private slots:
         source.start(qEnvironmentVariable("DRAG_SOURCE"),
                      {QStringLiteral("600"), QStringLiteral("500"), QStringLiteral("read aloud")});
         QVERIFY(source.waitForReadyRead(10000));
+        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
         QTRY_VERIFY(!xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty());
         pointerTo(650, 550);
         xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
@@ -81,6 +193,10 @@ private slots:
             QTest::qWait(150);
         }
         xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        // The surface reads the dropped text from the source after the button is
+        // released: the source must live until it says how the drag ended.
+        QTRY_VERIFY_WITH_TIMEOUT(source.canReadLine(), 10000);
+        QCOMPARE(source.readLine().trimmed(), QByteArray("copy"));
         source.kill();
         source.waitForFinished();
 
