@@ -2,7 +2,10 @@
 // (run it on Xvfb: tests/support/isolated.sh --display ...):
 //  - start-up: from launch to the first surface window mapped;
 //  - resident memory with both surfaces shown and a 50-entry clipboard history;
-//  - CPU time and wake-ups a second with the surfaces idle (LEDGEWISE_BENCH_SECONDS, 60 s).
+//  - CPU time and wake-ups a second with the surfaces idle (LEDGEWISE_BENCH_SECONDS, 60 s);
+//  - the same with a countdown running, started from the timer panel as a user starts it
+//    (LEDGEWISE_BENCH_COUNTDOWN_SECONDS, 20 s): about one wake-up a second is expected.
+#include "app/preferences_codec.h"
 #include "bench/support/bench_support.h"
 
 #include <QCoreApplication>
@@ -10,6 +13,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QThread>
 
 #include <unistd.h>
@@ -54,6 +59,69 @@ double cpuMs(qint64 pid)
     return (fields.value(11).toDouble() + fields.value(12).toDouble()) * 1000.0 / sysconf(_SC_CLK_TCK);
 }
 
+QString xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(5000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+int windowWidth(const QString &name)
+{
+    const QString id = findWindow(name).section(QLatin1Char('\n'), 0, 0);
+    if (id.isEmpty())
+        return 0;
+    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id}).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("WIDTH=")))
+            return line.mid(6).toInt();
+    }
+    return 0;
+}
+
+// The left surface holds only the timer, with square-ish corners and without
+// animation, so that its first preset sits at a known place once it is open.
+void writePreferences()
+{
+    ledgewise::Preferences preferences;
+    preferences.leftModuleIDs = {ledgewise::ModuleID::timer};
+    preferences.style = ledgewise::NotchStyle::classic;
+    preferences.animateInterface = false;
+    QSettings settings(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
+                           .filePath(QStringLiteral("Ledgewise/Ledgewise.conf")),
+                       QSettings::NativeFormat);
+    settings.setValue(QStringLiteral("ledgewise.preferences"), *ledgewise::encodePreferences(preferences));
+}
+
+// Opens the left surface, presses its 5-minute preset and closes it again; true once
+// the surface rests as a running countdown (the active width, 132 for classic).
+bool startCountdown()
+{
+    const auto click = [](int x, int y) {
+        xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y), QStringLiteral("click"), QStringLiteral("1")});
+        QThread::msleep(300);
+    };
+    click(80 + 42, 15);      // open
+    click(80 + 12 + 16, 48); // the first preset, "5m", under the panel's title
+    click(756, 600);         // elsewhere: close
+    for (int i = 0; i < 20 && windowWidth(QStringLiteral("Ledgewise left surface")) != 132; ++i)
+        QThread::msleep(100);
+    return windowWidth(QStringLiteral("Ledgewise left surface")) == 132;
+}
+
+void measureIdle(qint64 pid, int seconds, const char *label)
+{
+    const double cpuBefore = cpuMs(pid);
+    const long long wakesBefore = statusValue(pid, "voluntary_ctxt_switches:");
+    QThread::sleep(seconds);
+    const long long wakes = statusValue(pid, "voluntary_ctxt_switches:") - wakesBefore;
+    bench::print(label, QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
+                            .arg(cpuMs(pid) - cpuBefore, 0, 'f', 1)
+                            .arg(wakes)
+                            .arg(seconds)
+                            .arg(double(wakes) / seconds, 0, 'f', 2));
+}
+
 void fillHistory()
 {
     const QString folder = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
@@ -77,6 +145,7 @@ int main(int argc, char *argv[])
     const QString program = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(LEDGEWISE_BINARY);
     const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") > 0 ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") : 60;
     fillHistory();
+    writePreferences();
 
     QProcess ledgewise;
     ledgewise.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -96,13 +165,17 @@ int main(int argc, char *argv[])
     bench::print("app: resident memory, two surfaces, 50 entries",
                  QStringLiteral("%1 MB").arg(statusValue(pid, "VmRSS:") / 1024.0, 0, 'f', 1));
 
-    const double cpuBefore = cpuMs(pid);
-    const long long wakesBefore = statusValue(pid, "voluntary_ctxt_switches:");
-    QThread::sleep(seconds);
-    const long long wakes = statusValue(pid, "voluntary_ctxt_switches:") - wakesBefore;
-    bench::print("app: idle with surfaces shown",
-                 QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
-                     .arg(cpuMs(pid) - cpuBefore, 0, 'f', 1).arg(wakes).arg(seconds).arg(double(wakes) / seconds, 0, 'f', 2));
+    measureIdle(pid, seconds, "app: idle with surfaces shown");
+
+    const int countdownSeconds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_COUNTDOWN_SECONDS") > 0
+        ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_COUNTDOWN_SECONDS")
+        : 20;
+    if (startCountdown()) {
+        QThread::msleep(500);
+        measureIdle(pid, countdownSeconds, "app: surfaces shown, a countdown running");
+    } else {
+        bench::print("app: surfaces shown, a countdown running", QStringLiteral("could not start the countdown"));
+    }
 
     ledgewise.terminate();
     ledgewise.waitForFinished(10000);
