@@ -24,6 +24,8 @@ private slots:
         m_fixture = std::make_unique<SurfaceFixture>();
     }
 
+    void cleanup() { m_fixture.reset(); }
+
     void realDragFromAnotherApplicationExpandsAndDrops()
     {
         // A classic surface keeps square-ish corners when it opens, so the pointer that
@@ -59,6 +61,47 @@ private slots:
         QTRY_VERIFY(!surfaceLeft->surface()->isReceivingDrop());
         QCOMPARE(surfaceLeft->dropSummary(), QStringLiteral("dragged from elsewhere"));
         screenshot(QStringLiteral("real-drop"));
+        source.kill();
+        source.waitForFinished();
+    }
+
+    void realDragThatEntersAndLeavesLeavesTheSurfaceClosedAndEmpty()
+    {
+        m_fixture->context->store.update([](Preferences &p) {
+            p.style = NotchStyle::classic;
+            p.animateInterface = false;
+        });
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        QProcess source;
+        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"),
+                                                           QStringLiteral("only passing by")});
+        QVERIFY(source.waitForReadyRead(10000));
+        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
+        QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
+
+        pointerTo(QPoint(650, 550));
+        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
+            pointerTo(step);
+            QTest::qWait(120);
+        }
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QTRY_COMPARE_WITH_TIMEOUT(surfaceLeft->surface()->presentation(), NotchPresentation::expanded, 3000);
+        QVERIFY(surfaceLeft->surface()->hasDropPayload());
+        // Out again, and let go over nothing that takes it.
+        for (const QPoint &step : {QPoint(200, 200), QPoint(500, 420), QPoint(900, 700), QPoint(1000, 720)}) {
+            pointerTo(step);
+            QTest::qWait(120);
+        }
+        QTRY_COMPARE(surfaceLeft->surface()->presentation(), NotchPresentation::sleeping);
+        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        QTRY_VERIFY_WITH_TIMEOUT(source.canReadLine() || (source.waitForReadyRead(100) && source.canReadLine()), 10000);
+        QCOMPARE(source.readLine().trimmed(), QByteArray("ignored"));
+        QVERIFY(!surfaceLeft->surface()->isReceivingDrop());
+        QVERIFY(!surfaceLeft->surface()->hasDropPayload());
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        screenshot(QStringLiteral("drag-passed-by"));
         source.kill();
         source.waitForFinished();
     }
