@@ -33,6 +33,7 @@ bool DragCatcher::contains(const QSizeF &bounds, const QPointF &point) const
 bool DragCatcher::draggingEntered(const QMimeData &data)
 {
     const auto payload = DropPayload::from(data);
+    m_enteredPayload = payload;
     if (!payload)
         return false;
     if (auto *target = handler())
@@ -89,6 +90,7 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::DragLeave) {
         const bool wasInside = m_dragInside;
         m_dragLetIn = m_dragInside = false;
+        m_enteredPayload.reset();
         if (wasInside)
             draggingExited();
         return true;
@@ -99,6 +101,7 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
         // A new drag: one that was never seen leaving has left.
         if (std::exchange(m_dragInside, false))
             draggingExited();
+        m_enteredPayload.reset();
         m_dragLetIn = drop->mimeData() && DropPayload::offersRegisteredType(*drop->mimeData());
     }
     // A drag that offers nothing a surface takes never reaches the catcher.
@@ -113,10 +116,19 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Drop) {
         const bool wasInside = std::exchange(m_dragInside, false);
         m_dragLetIn = false;
+        const auto entered = std::exchange(m_enteredPayload, std::nullopt);
         if (wasInside && !inside) {
             draggingExited();
         } else if (inside) {
             copy = prepareForDragOperation(data) && performDragOperation(data);
+            // Qt on X11 now and then hands the drop over without fetching its data from
+            // the other application, although the same drag read fine when it came in.
+            // The user did drop something: take what the drag carried then.
+            if (!copy && wasInside && entered) {
+                if (auto *target = handler())
+                    target->dragDidDrop(std::make_shared<const DropPayload>(*entered));
+                copy = true;
+            }
             // A refused drop over the shape leaves it as a drag that went away would.
             if (!copy && wasInside)
                 draggingExited();

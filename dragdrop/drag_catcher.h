@@ -64,6 +64,8 @@ private:
     // whether it is inside the rounded shape.
     bool m_dragLetIn = false;
     bool m_dragInside = false;
+    // What the drag carried when it last entered the shape.
+    std::optional<DropPayload> m_enteredPayload;
 };
 
 } // namespace ledgewise

@@ -215,6 +215,29 @@ private slots:
         QCOMPARE(handler.log, QStringList({"enter a.txt", "exit"}));
     }
 
+    void dropWhoseDataCannotBeFetchedKeepsWhatTheDragCarriedIn()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setText(QStringLiteral("some text"));
+        QVERIFY(surface.enter(data, centre));
+        // The window system hands over the drop, but the other application's data
+        // does not arrive this time.
+        data.setText(QString());
+        QVERIFY(surface.drop(data, centre));
+        QCOMPARE(handler.log, QStringList({"enter some text", "drop some text"}));
+
+        // A drag that never entered the shape has nothing to fall back on.
+        RecordingHandler later;
+        catcher.setHandler(&later, &later);
+        QVERIFY(!surface.enter(data, centre));
+        QVERIFY(!surface.drop(data, centre));
+        QVERIFY(!later.log.contains(QStringLiteral("drop some text")));
+    }
+
     void unreadableLinkTypeIsLetInLenientlyAndRefusedAtTheDrop()
     {
         DragCatcher catcher;
