@@ -1,7 +1,7 @@
 // Ledgewise as a screen reader meets it: over the accessibility bus (AT-SPI), the
 // surfaces are frames named after their side, a drop's actions are buttons named by
 // their titles that can be found by name and pressed.
-#include "app/preferences_codec.h"
+#include "tests/support/ledgewise_process.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,15 +10,9 @@
 #include <QStandardPaths>
 #include <QTest>
 
-namespace {
+using namespace ledgewise::testing;
 
-QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
+namespace {
 
 void pointerTo(int x, int y)
 {
@@ -120,15 +114,8 @@ private slots:
     void theSurfaceMenuIsReadInOrderAndQuitIsPressedByName()
     {
         QProcess app;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
-        app.setProcessEnvironment(environment);
-        app.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), {});
-        QVERIFY(app.waitForStarted(10000));
-        QTRY_VERIFY_WITH_TIMEOUT(!xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                           QStringLiteral("Ledgewise right surface")})
-                                      .isEmpty(),
-                                 10000);
+        QVERIFY(startLedgewise(app));
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
         // Each surface is a frame named after its side.
         const QStringList frames = framesOf(QStringLiteral("Ledgewise"));
         QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise left surface")), qPrintable(frames.join(QLatin1Char(';'))));
@@ -161,23 +148,11 @@ private slots:
         ledgewise::Preferences preferences;
         preferences.style = ledgewise::NotchStyle::classic;
         preferences.animateInterface = false;
-        {
-            QSettings settings(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
-                                   .filePath(QStringLiteral("Ledgewise/Ledgewise.conf")),
-                               QSettings::NativeFormat);
-            settings.setValue(QStringLiteral("ledgewise.preferences"), *ledgewise::encodePreferences(preferences));
-        }
+        storePreferences(preferences);
 
         QProcess app;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
-        app.setProcessEnvironment(environment);
-        app.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), {});
-        QVERIFY(app.waitForStarted(10000));
-        QTRY_VERIFY_WITH_TIMEOUT(!xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                           QStringLiteral("Ledgewise left surface")})
-                                      .isEmpty(),
-                                 10000);
+        QVERIFY(startLedgewise(app));
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 10000);
 
         // Another application drags a text onto the left surface.
         QProcess source;

@@ -2,7 +2,7 @@
 // buttons, rows and the address field of the clipboard, timer and launcher panels are
 // found by name and role, and pressing them does what clicking does.
 #include "app/preferences_codec.h"
-#include "tests/support/x11_tools.h"
+#include "tests/support/ledgewise_process.h"
 
 #include <QDir>
 #include <QFile>
@@ -81,12 +81,6 @@ QMap<QString, bool> historyOnDisk()
     return history;
 }
 
-QString settingsPath()
-{
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
-        .filePath(QStringLiteral("Ledgewise/Ledgewise.conf"));
-}
-
 // The titles of the pinned entries, as saved.
 QStringList launcherTitlesOnDisk()
 {
@@ -121,17 +115,10 @@ private slots:
         ledgewise::Preferences preferences;
         preferences.style = ledgewise::NotchStyle::classic;
         preferences.animateInterface = false;
-        {
-            QSettings settings(settingsPath(), QSettings::NativeFormat);
-            settings.setValue(QStringLiteral("ledgewise.preferences"), *ledgewise::encodePreferences(preferences));
-        }
+        storePreferences(preferences);
 
         QProcess app;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
-        app.setProcessEnvironment(environment);
-        app.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), {});
-        QVERIFY(app.waitForStarted(10000));
+        QVERIFY(startLedgewise(app));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
 
@@ -190,13 +177,6 @@ private slots:
     }
 
 private:
-    static QString surfaceWindow(const QString &side)
-    {
-        return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                        QStringLiteral("Ledgewise %1 surface").arg(side)})
-            .section(QLatin1Char('\n'), 0, 0);
-    }
-
     // A click in the middle of a side's surface, which opens it.
     static void clickSurface(const QString &side)
     {

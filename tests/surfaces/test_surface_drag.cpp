@@ -28,30 +28,10 @@ private slots:
 
     void realDragFromAnotherApplicationExpandsAndDrops()
     {
-        // A classic surface keeps square-ish corners when it opens, so the pointer that
-        // brought the drag in stays inside the opened shape (a pill opens into a capsule
-        // whose top corners are cut away). It snaps open, so the drag protocol never sees
-        // a window in mid-move.
-        m_fixture->context->store.update([](Preferences &p) {
-            p.style = NotchStyle::classic;
-            p.animateInterface = false;
-        });
-        m_fixture->controller->rebuild(false);
-        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
         QProcess source;
-        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"),
-                                                           QStringLiteral("dragged from elsewhere")});
-        QVERIFY(source.waitForReadyRead(10000));
-        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
-        QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
-
-        pointerTo(QPoint(650, 550));
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-        // Move in steps, as a hand does, so the drag protocol sees the way in.
-        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
-            pointerTo(step);
-            QTest::qWait(120);
-        }
+        dragOntoTheLeftSurface(source, QStringLiteral("dragged from elsewhere"));
+        if (QTest::currentTestFailed())
+            return;
         NotchWindowController *surfaceLeft = surface(NotchSide::left);
         QTRY_COMPARE_WITH_TIMEOUT(surfaceLeft->surface()->presentation(), NotchPresentation::expanded, 3000);
         QVERIFY(surfaceLeft->surface()->isReceivingDrop());
@@ -67,25 +47,10 @@ private slots:
 
     void realDragThatEntersAndLeavesLeavesTheSurfaceClosedAndEmpty()
     {
-        m_fixture->context->store.update([](Preferences &p) {
-            p.style = NotchStyle::classic;
-            p.animateInterface = false;
-        });
-        m_fixture->controller->rebuild(false);
-        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
         QProcess source;
-        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"),
-                                                           QStringLiteral("only passing by")});
-        QVERIFY(source.waitForReadyRead(10000));
-        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
-        QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
-
-        pointerTo(QPoint(650, 550));
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
-            pointerTo(step);
-            QTest::qWait(120);
-        }
+        dragOntoTheLeftSurface(source, QStringLiteral("only passing by"));
+        if (QTest::currentTestFailed())
+            return;
         NotchWindowController *surfaceLeft = surface(NotchSide::left);
         QTRY_COMPARE_WITH_TIMEOUT(surfaceLeft->surface()->presentation(), NotchPresentation::expanded, 3000);
         QVERIFY(surfaceLeft->surface()->hasDropPayload());
@@ -107,6 +72,33 @@ private slots:
     }
 
 private:
+    // Another application offers `text` to drag, and the pointer brings the drag onto
+    // the left surface with the button held. The surface is classic and snaps open, so
+    // the pointer that brought the drag in stays inside the opened shape (a pill opens
+    // into a capsule whose top corners are cut away) and the drag protocol never sees
+    // a window in mid-move.
+    void dragOntoTheLeftSurface(QProcess &source, const QString &text)
+    {
+        m_fixture->context->store.update([](Preferences &p) {
+            p.style = NotchStyle::classic;
+            p.animateInterface = false;
+        });
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
+        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"), text});
+        QVERIFY(source.waitForReadyRead(10000));
+        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
+        QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
+
+        pointerTo(QPoint(650, 550));
+        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+        // Move in steps, as a hand does, so the drag protocol sees the way in.
+        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
+            pointerTo(step);
+            QTest::qWait(120);
+        }
+    }
+
     NotchWindowController *surface(NotchSide side) const { return m_fixture->surface(side); }
 
     std::unique_ptr<SurfaceFixture> m_fixture;
