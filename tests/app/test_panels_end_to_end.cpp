@@ -101,21 +101,11 @@ private slots:
 
     void typingASiteIntoTheLauncherPinsIt()
     {
-        // Classic corners: an open pill is a capsule whose top corners, where a row's
-        // remove button sits, are cut away.
-        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
-        NotchWindowController *right = surface(NotchSide::right);
-        right->behaviour().toggleExpanded();
-        QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+        NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("example.org"));
+        if (QTest::currentTestFailed())
+            return;
         QQuickItem *root = right->window()->rootObject();
-        QQuickItem *field = nullptr;
-        QTRY_VERIFY((field = findItem(root, QStringLiteral("addressField"))) && field->isVisible());
-
-        clickOn(field);
-        QTRY_VERIFY(field->hasActiveFocus());
-        QTRY_VERIFY(right->window()->isActive());
-        xdotool({QStringLiteral("type"), QStringLiteral("example.org")});
-        QTRY_COMPARE(field->property("text").toString(), QStringLiteral("example.org"));
+        QQuickItem *field = findItem(root, QStringLiteral("addressField"));
         xdotool({QStringLiteral("key"), QStringLiteral("Return")});
         QTest::qWait(200);
         QVERIFY(m_model->prefs().current().launcherItems.isEmpty()); // Return adds nothing
@@ -135,18 +125,10 @@ private slots:
 
     void addedSiteOpensInTheDefaultBrowserAndItsRemoveButtonRemovesIt()
     {
-        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
-        NotchWindowController *right = surface(NotchSide::right);
-        right->behaviour().toggleExpanded();
-        QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+        NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("example.org"));
+        if (QTest::currentTestFailed())
+            return;
         QQuickItem *root = right->window()->rootObject();
-        QQuickItem *field = nullptr;
-        QTRY_VERIFY((field = findItem(root, QStringLiteral("addressField"))) && field->isVisible());
-        clickOn(field);
-        QTRY_VERIFY(field->hasActiveFocus());
-        QTRY_VERIFY(right->window()->isActive());
-        xdotool({QStringLiteral("type"), QStringLiteral("example.org")});
-        QTRY_COMPARE(field->property("text").toString(), QStringLiteral("example.org"));
         clickOn(findItem(root, QStringLiteral("addSiteButton")));
         QTRY_COMPARE(m_model->prefs().current().launcherItems.size(), 1);
 
@@ -310,6 +292,27 @@ private slots:
     }
 
 private:
+    // Opens the right surface (classic corners: an open pill is a capsule whose top
+    // corners, where a row's remove button sits, are cut away), clicks the launcher's
+    // address field and types `text` into it with the keyboard.
+    NotchWindowController *typeIntoTheLaunchersAddressField(const QString &text)
+    {
+        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
+        NotchWindowController *right = surface(NotchSide::right);
+        right->behaviour().toggleExpanded();
+        [&] {
+            QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+            QQuickItem *field = nullptr;
+            QTRY_VERIFY((field = findItem(right->window()->rootObject(), QStringLiteral("addressField"))) && field->isVisible());
+            clickOn(field);
+            QTRY_VERIFY(field->hasActiveFocus());
+            QTRY_VERIFY(right->window()->isActive());
+            xdotool({QStringLiteral("type"), text});
+            QTRY_COMPARE(field->property("text").toString(), text);
+        }();
+        return right;
+    }
+
     NotchWindowController *surface(NotchSide side) const
     {
         for (const auto &controller : m_model->notchController()->controllers()) {
