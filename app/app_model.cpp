@@ -3,6 +3,7 @@
 #include "app/preferences_store.h"
 #include "app/qml_modules.h"
 #include "dragdrop/drop_actions.h"
+#include "dragdrop/drop_saves.h"
 #include "platform/xdg/standard_folders.h"
 #include "platform/xdg/url_opener.h"
 #include "surfaces/notch_controller.h"
@@ -69,6 +70,7 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
                 std::make_unique<DetachedProgramLauncher>()}
     , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_prefs, *m_clipboard, *m_downloads, *m_timer, m_desktop)))
     , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
+    , m_dropSaves(std::make_unique<DropSaves>(&StandardFolders::downloads))
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
 }
@@ -146,6 +148,11 @@ bool AppModel::reduceMotion()
 
 void AppModel::performDropAction(DropAction action, const DropPayload &payload)
 {
+    // A large file or folder takes a while: saves run on a worker, one after another.
+    if (action == DropAction::save) {
+        m_dropSaves->save(payload);
+        return;
+    }
     DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads()};
     DropActions::perform(action, payload, context);
 }

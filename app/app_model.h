@@ -23,6 +23,7 @@ class SystemBell;
 class NotchController;
 class MotionPreference;
 class UrlOpener;
+class DropSaves;
 class FileChooser;
 class ProgramLauncher;
 namespace GlobalShortcuts {
@@ -69,6 +70,7 @@ public:
     QObject *timerSession() override;
     bool reduceMotion() override;
     void performDropAction(DropAction action, const DropPayload &payload) override;
+    DropSaves *dropSaves() override { return m_dropSaves.get(); }
     void openSettings() override;
     void checkForUpdates() override;
     void quit() override;
@@ -100,6 +102,8 @@ private:
     Desktop m_desktop;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
+    // Saves of drops into the Downloads folder, on a worker; outlives the surfaces.
+    std::unique_ptr<DropSaves> m_dropSaves;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
     std::unique_ptr<MotionPreference> m_motion;

@@ -7,6 +7,8 @@ import Ledgewise.Surfaces
 ColumnLayout {
     id: view
     property string summary
+    // Why the last action did nothing (Open refusing a kind of link); empty otherwise.
+    property string notice
     // [{ action, title, symbol }] in the order they are offered.
     property var actions: []
     signal actionChosen(string action)
@@ -17,12 +19,27 @@ ColumnLayout {
         objectName: "dropSummary"
         Layout.fillWidth: true
         text: view.summary
+        // What another application handed over is shown as it is, never as markup.
+        textFormat: Text.PlainText
         color: NotchChrome.ivory
         font.pixelSize: 11
         font.weight: Font.Medium
         maximumLineCount: 2
         wrapMode: Text.Wrap
         elide: Text.ElideRight
+    }
+
+    Text {
+        objectName: "dropNotice"
+        Layout.fillWidth: true
+        visible: view.notice.length > 0
+        text: view.notice
+        color: NotchChrome.ivory
+        opacity: 0.7
+        font.pixelSize: 10
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
     }
 
     RowLayout {

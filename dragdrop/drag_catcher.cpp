@@ -32,7 +32,8 @@ bool DragCatcher::contains(const QSizeF &bounds, const QPointF &point) const
 
 bool DragCatcher::draggingEntered(const QMimeData &data)
 {
-    const auto payload = DropPayload::from(data);
+    // An image is decoded only once it is dropped: a drag may enter many times first.
+    const auto payload = DropPayload::from(data, DropPayload::ImageReading::defer);
     m_enteredPayload = payload;
     if (!payload)
         return false;
@@ -56,7 +57,7 @@ void DragCatcher::draggingExited()
 
 bool DragCatcher::prepareForDragOperation(const QMimeData &data) const
 {
-    return DropPayload::from(data).has_value();
+    return DropPayload::from(data, DropPayload::ImageReading::defer).has_value();
 }
 
 bool DragCatcher::performDragOperation(const QMimeData &data)
@@ -125,9 +126,12 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
             // the other application, although the same drag read fine when it came in.
             // The user did drop something: take what the drag carried then.
             if (!copy && wasInside && entered) {
-                if (auto *target = handler())
-                    target->dragDidDrop(std::make_shared<const DropPayload>(*entered));
-                copy = true;
+                DropPayload payload = *entered;
+                if (payload.decodeImage()) {
+                    if (auto *target = handler())
+                        target->dragDidDrop(std::make_shared<const DropPayload>(std::move(payload)));
+                    copy = true;
+                }
             }
             // A refused drop over the shape leaves it as a drag that went away would.
             if (!copy && wasInside)

@@ -23,7 +23,7 @@ public:
 };
 
 // Takes drags onto a surface: reads the payload afresh at entry, before the drop and at
-// the drop, offers only copying (a drop never moves the source's files), and answers
+// the drop (an offered image is decoded only at the drop), offers only copying (a drop never moves the source's files), and answers
 // only inside the rounded shape.
 class DragCatcher : public QObject
 {
@@ -64,7 +64,7 @@ private:
     // whether it is inside the rounded shape.
     bool m_dragLetIn = false;
     bool m_dragInside = false;
-    // What the drag carried when it last entered the shape.
+    // What the drag carried when it last entered the shape (an image not yet decoded).
     std::optional<DropPayload> m_enteredPayload;
 };
 

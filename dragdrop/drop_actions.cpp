@@ -4,61 +4,27 @@
 #include "platform/clipboard/pasteboard.h"
 #include "platform/xdg/url_opener.h"
 
-#include <QBuffer>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QMimeData>
+
+#include <algorithm>
 
 namespace ledgewise::DropActions {
 
 namespace {
 
-// Writes bytes to a file that must not exist yet: an existing file is never replaced.
-void writeNewFile(const QString &path, const QByteArray &bytes)
+// What Open would hand to the desktop.
+QList<QUrl> openTargets(const DropPayload &payload)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        return;
-    if (file.write(bytes) != bytes.size()) {
-        file.close();
-        file.remove(); // a half-written file is worse than none
+    if (!payload.fileURLs.isEmpty())
+        return payload.fileURLs;
+    if (!payload.urls.isEmpty())
+        return payload.urls;
+    if (payload.text) {
+        const QUrl url(*payload.text, QUrl::StrictMode);
+        if (url.isValid() && !url.scheme().isEmpty())
+            return {url};
     }
-}
-
-// Copies a file, a symbolic link, or a folder with everything in it, to a path that
-// does not exist yet. Anything else (pipes, sockets, devices) is skipped: reading one
-// could block the interface or never end. `copyRoot` is the whole copy's own folder,
-// never copied into itself when a folder is saved into the Downloads folder inside it.
-void copyItem(const QFileInfo &source, const QString &target, const QString &copyRoot)
-{
-    if (source.isSymLink()) {
-        QFile::link(source.symLinkTarget(), target);
-        return;
-    }
-    if (source.isDir()) {
-        if (source.canonicalFilePath() == copyRoot)
-            return;
-        const QFileInfoList children = QDir(source.filePath())
-            .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-        if (!QDir().mkdir(target))
-            return;
-        const QString root = copyRoot.isEmpty() ? QFileInfo(target).canonicalFilePath() : copyRoot;
-        for (const QFileInfo &child : children)
-            copyItem(child, QDir(target).filePath(child.fileName()), root);
-        return;
-    }
-    if (source.isFile())
-        QFile::copy(source.filePath(), target);
-}
-
-QByteArray pngBytes(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
-        return {};
-    return bytes;
+    return {};
 }
 
 } // namespace
@@ -106,47 +72,47 @@ void copy(const DropPayload &payload, Pasteboard &pasteboard)
     } else {
         return;
     }
+    if (payload.secret)
+        data->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
     pasteboard.setContents(data.release());
 }
 
-void save(const DropPayload &payload, const QString &downloadsFolder)
+SaveOutcome save(const DropPayload &payload, const QString &downloadsFolder)
 {
-    if (!QFileInfo(downloadsFolder).isDir())
-        return;
-    if (!payload.fileURLs.isEmpty()) {
-        for (const QUrl &url : payload.fileURLs) {
-            const QFileInfo source(QDir::cleanPath(url.toLocalFile()));
-            const QString name = fileName(url);
-            if (name.isEmpty() || name.contains(QLatin1Char('/')) || !(source.exists() || source.isSymLink()))
-                continue;
-            copyItem(source, uniquePath(downloadsFolder, name), QString());
-        }
-    } else if (payload.image) {
-        const QByteArray png = pngBytes(*payload.image);
-        if (!png.isEmpty())
-            writeNewFile(uniquePath(downloadsFolder, QStringLiteral("Dropped.png")), png);
-    } else if (payload.text) {
-        writeNewFile(uniquePath(downloadsFolder, QStringLiteral("Dropped.txt")), payload.text->toUtf8());
-    } else if (!payload.urls.isEmpty()) {
-        // Only the first link: a shortcut file holds one address.
-        const QByteArray shortcut = "[InternetShortcut]\nURL=" + payload.urls.constFirst().toEncoded() + '\n';
-        writeNewFile(uniquePath(downloadsFolder, QStringLiteral("Dropped.url")), shortcut);
-    }
+    const std::atomic<bool> never{false};
+    return DropSaver(payload, downloadsFolder).run(never);
 }
 
-void open(const DropPayload &payload, UrlOpener &opener)
+bool mayOpen(const QUrl &url)
 {
-    if (!payload.fileURLs.isEmpty()) {
-        for (const QUrl &url : payload.fileURLs)
-            opener.open(url);
-    } else if (!payload.urls.isEmpty()) {
-        for (const QUrl &url : payload.urls)
-            opener.open(url);
-    } else if (payload.text) {
-        const QUrl url(*payload.text, QUrl::StrictMode);
-        if (url.isValid() && !url.scheme().isEmpty())
-            opener.open(url);
-    }
+    if (!url.isValid())
+        return false;
+    const QString scheme = url.scheme().toLower();
+    if (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
+        return !url.host().isEmpty();
+    if (scheme == QLatin1String("mailto"))
+        return true;
+    return isAbsoluteLocalFile(url);
+}
+
+bool refusesToOpen(const DropPayload &payload)
+{
+    const QList<QUrl> targets = openTargets(payload);
+    return !std::all_of(targets.begin(), targets.end(), mayOpen);
+}
+
+QString refusedToOpenText()
+{
+    return QStringLiteral("Can't open this kind of link.");
+}
+
+bool open(const DropPayload &payload, UrlOpener &opener)
+{
+    if (refusesToOpen(payload))
+        return false;
+    for (const QUrl &url : openTargets(payload))
+        opener.open(url);
+    return true;
 }
 
 bool shareAvailable()

@@ -5,6 +5,8 @@
 #include <QImageReader>
 #include <QMimeData>
 
+#include <atomic>
+
 namespace ledgewise {
 
 namespace {
@@ -15,6 +17,23 @@ const QString plainText = QStringLiteral("text/plain");
 const QString utf8Text = QStringLiteral("text/plain;charset=utf-8");
 const QString copiedFiles = QStringLiteral("x-special/gnome-copied-files");
 const QString legacyLink = QStringLiteral("_NETSCAPE_URL");
+const QString secretHint = QStringLiteral("x-kde-passwordManagerHint");
+
+std::atomic<int> imageDecodes{0};
+
+bool decodeInto(QImage &image, const QByteArray &bytes)
+{
+    ++imageDecodes;
+    return image.loadFromData(bytes) && !image.isNull();
+}
+
+// A file URL as the payload keeps it: "localhost" is this machine, said the short way.
+QUrl withoutLocalHost(QUrl url)
+{
+    if (url.scheme() == QLatin1String("file") && url.host().compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
+        url.setHost(QString());
+    return url;
+}
 
 // Entries of a text/uri-list: one per line, comments start with '#'. Broken entries
 // are skipped one by one; a broken list never loses the good entries.
@@ -25,7 +44,7 @@ QList<QUrl> uriListEntries(const QByteArray &bytes)
         const QByteArray entry = line.trimmed();
         if (entry.isEmpty() || entry.startsWith('#'))
             continue;
-        const QUrl url = QUrl::fromEncoded(entry, QUrl::StrictMode);
+        const QUrl url = withoutLocalHost(QUrl::fromEncoded(entry, QUrl::StrictMode));
         if (url.isValid() && !url.scheme().isEmpty())
             urls.append(url);
     }
@@ -65,28 +84,42 @@ QList<QUrl> copiedFileUrls(const QByteArray &bytes)
         if (entry.isEmpty())
             continue;
         const QUrl url = entry.startsWith('/') ? QUrl::fromLocalFile(QString::fromUtf8(entry))
-                                               : QUrl::fromEncoded(entry, QUrl::StrictMode);
-        if (url.isValid() && url.isLocalFile())
+                                               : withoutLocalHost(QUrl::fromEncoded(entry, QUrl::StrictMode));
+        if (url.isValid() && isAbsoluteLocalFile(url))
             files.append(url);
     }
     return files;
 }
 
-std::optional<QImage> readImage(const QMimeData &data)
+// The first image type offered, in order of preference: PNG, TIFF, then any other.
+QStringList imageTypesOffered(const QMimeData &data)
 {
     QStringList order = {QStringLiteral("image/png"), QStringLiteral("image/tiff")};
     for (const QString &format : data.formats()) {
         if (format.startsWith(QLatin1String("image/")) && !order.contains(format))
             order.append(format);
     }
-    for (const QString &format : std::as_const(order)) {
-        if (!data.hasFormat(format))
-            continue;
+    order.removeIf([&data](const QString &format) { return !data.hasFormat(format); });
+    return order;
+}
+
+// The image, decoded; with `defer`, the bytes of the first image type that has any,
+// beside a null image.
+std::optional<QImage> readImage(const QMimeData &data, DropPayload::ImageReading reading, QByteArray &encoded)
+{
+    for (const QString &format : imageTypesOffered(data)) {
+        const QByteArray bytes = data.data(format);
+        if (reading == DropPayload::ImageReading::defer) {
+            if (bytes.isEmpty())
+                continue;
+            encoded = bytes;
+            return QImage();
+        }
         QImage image;
-        if (image.loadFromData(data.data(format)) && !image.isNull())
+        if (decodeInto(image, bytes))
             return image;
     }
-    // Images dragged within Qt applications travel as an image object.
+    // Images dragged within Qt applications travel as an image object, already decoded.
     if (data.hasImage()) {
         const QImage image = qvariant_cast<QImage>(data.imageData());
         if (!image.isNull())
@@ -111,14 +144,28 @@ std::optional<QString> readPlainText(const QMimeData &data)
 
 } // namespace
 
-std::optional<DropPayload> DropPayload::from(const QMimeData &data)
+std::optional<DropPayload> DropPayload::from(const QMimeData &data, ImageReading reading)
+{
+    auto payload = read(data, reading);
+    if (payload && data.hasFormat(secretHint))
+        payload->secret = data.data(secretHint).trimmed() == "secret";
+    return payload;
+}
+
+std::optional<DropPayload> DropPayload::read(const QMimeData &data, ImageReading reading)
 {
     const QList<QUrl> listed = data.hasFormat(uriList) ? uriListEntries(data.data(uriList)) : QList<QUrl>();
 
+    // A relative file URL, or one on another host, is no file here and no link either:
+    // resolving "file:." against the working folder would hand over whatever that is.
     QList<QUrl> files;
     QList<QUrl> links;
-    for (const QUrl &url : listed)
-        (url.isLocalFile() ? files : links).append(url);
+    for (const QUrl &url : listed) {
+        if (isAbsoluteLocalFile(url))
+            files.append(url);
+        else if (!url.isLocalFile())
+            links.append(url);
+    }
     if (!files.isEmpty())
         return DropPayload{Kind::files, files, {}, std::nullopt, std::nullopt};
 
@@ -133,8 +180,12 @@ std::optional<DropPayload> DropPayload::from(const QMimeData &data)
             return DropPayload{Kind::files, copied, {}, std::nullopt, std::nullopt};
     }
 
-    if (auto image = readImage(data))
-        return DropPayload{Kind::image, {}, {}, std::nullopt, std::move(image)};
+    QByteArray encoded;
+    if (auto image = readImage(data, reading, encoded)) {
+        DropPayload payload{Kind::image, {}, {}, std::nullopt, std::move(image)};
+        payload.encodedImage = encoded;
+        return payload;
+    }
 
     if (auto text = readPlainText(data))
         return DropPayload{Kind::text, {}, {}, std::move(text), std::nullopt};
@@ -162,6 +213,29 @@ bool DropPayload::offersRegisteredType(const QMimeData &data)
             return true;
     }
     return data.hasImage();
+}
+
+bool DropPayload::decodeImage()
+{
+    if (kind != Kind::image || encodedImage.isEmpty())
+        return kind != Kind::image || (image && !image->isNull());
+    QImage decoded;
+    if (!decodeInto(decoded, encodedImage))
+        return false;
+    image = decoded;
+    encodedImage.clear();
+    return true;
+}
+
+int DropPayload::imageDecodeCount()
+{
+    return imageDecodes.load();
+}
+
+bool isAbsoluteLocalFile(const QUrl &url)
+{
+    return url.isValid() && url.scheme() == QLatin1String("file") && url.host().isEmpty()
+           && url.path().startsWith(QLatin1Char('/'));
 }
 
 QString fileName(const QUrl &fileUrl)

@@ -23,11 +23,29 @@ struct DropPayload {
     QList<QUrl> urls;     // non-empty exactly for urls
     std::optional<QString> text;
     std::optional<QImage> image;
+    // The other application marked what it offered as a password manager's secret:
+    // copied back, it carries the same mark, so clipboard histories leave it out.
+    bool secret = false;
+    // An image read without decoding (`image` is then a null image): the bytes as
+    // offered, decoded once, when the drag is dropped.
+    QByteArray encodedImage = {};
+
+    // How an image offered by a drag is read: decoded, or only taken as it was offered
+    // (while a drag passes over a surface, where decoding every entry would be waste).
+    enum class ImageReading { decode, defer };
 
     // Reads the drag's data, stopping at the first step that yields something: file
     // URLs, other links, the file manager's copied-files list, an image, plain text
-    // (white space counts; empty does not). No value when nothing is usable.
-    static std::optional<DropPayload> from(const QMimeData &data);
+    // (white space counts; empty does not). No value when nothing is usable. Only
+    // absolute local file URLs are files; relative ones and those on another host are
+    // left out.
+    static std::optional<DropPayload> from(const QMimeData &data, ImageReading reading = ImageReading::decode);
+
+    // Decodes an image read with ImageReading::defer; false when it does not decode.
+    // Any other payload is left as it is.
+    bool decodeImage();
+    // How many times an image offered by a drag was decoded since the start.
+    static int imageDecodeCount();
 
     // The MIME types a surface accepts drags of, in order of preference. The last,
     // an old link type, is accepted but never read: such a drag is let in and then
@@ -35,6 +53,10 @@ struct DropPayload {
     static QStringList registeredTypes();
     static bool offersRegisteredType(const QMimeData &data);
 
+private:
+    static std::optional<DropPayload> read(const QMimeData &data, ImageReading reading);
+
+public:
     // What a share sheet would be given: the files, the links, the image or the text.
     QVariantList shareItems() const;
 
@@ -42,6 +64,11 @@ struct DropPayload {
     // "Image", the text, or "Drop".
     QString summary() const;
 };
+
+// Whether a URL names a file on this machine by an absolute path: "file:" with no host
+// (or "localhost") and a path from the root. "file:.", "file:foo" and
+// "file://otherhost/x" are not.
+bool isAbsoluteLocalFile(const QUrl &url);
 
 // The last part of a file URL's path: the file's name, or a folder's name whether or
 // not the URL ends in a slash ("/" for the root folder).

@@ -98,6 +98,17 @@ Item {
             anchors.bottomMargin: 8
             spacing: 10
 
+            // A save of a drop still under way, above whatever the surface shows.
+            Loader {
+                Layout.fillWidth: true
+                active: root.controller.saves !== null && root.controller.saves.saving
+                visible: active
+                sourceComponent: DropSaveProgressView {
+                    objectName: "saveProgress"
+                    saves: root.controller.saves
+                }
+            }
+
             // Made only while something was dropped, so that a screen reader never
             // meets the buttons of a drop that is not there.
             Loader {
@@ -107,6 +118,7 @@ Item {
                 sourceComponent: DropActionsView {
                     objectName: "dropActions"
                     summary: root.controller.dropSummary
+                    notice: root.controller.dropNotice
                     actions: root.controller.dropActions
                     onActionChosen: action => root.controller.performDropAction(action)
                 }

@@ -2,6 +2,7 @@
 
 #include "app/preferences_store.h"
 #include "dragdrop/drop_actions.h"
+#include "dragdrop/drop_saves.h"
 #include "modules/ledgewise_module.h"
 #include "platform/x11/compositing.h"
 #include "platform/x11/global_click_monitor.h"
@@ -69,7 +70,10 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant &value) { m_window->setOpacity(value.toDouble()); });
 
-    connect(&m_surface, &NotchSurfaceModel::dropPayloadChanged, this, &NotchWindowController::dropChanged);
+    connect(&m_surface, &NotchSurfaceModel::dropPayloadChanged, this, [this] {
+        m_dropNotice.clear(); // a notice speaks of the drop it was given for
+        emit dropChanged();
+    });
 
     QQuickView &window = *m_window;
     // A surface hangs over any top panel, never takes focus and is left alone by the
@@ -395,6 +399,11 @@ QVariantList NotchWindowController::dropActions()
     return actions;
 }
 
+QObject *NotchWindowController::saves() const
+{
+    return m_context ? m_context->dropSaves() : nullptr;
+}
+
 void NotchWindowController::hoverChanged(bool hovering)
 {
     m_behaviour.handleHover(hovering);
@@ -417,6 +426,13 @@ void NotchWindowController::performDropAction(const QString &action)
     const DropPayload *payload = m_surface.dropPayload();
     if (!dropAction || !payload)
         return;
+    // Open hands nothing to the desktop that could start some unexpected program; the
+    // drop stays so that another action can be chosen.
+    if (*dropAction == DropAction::open && DropActions::refusesToOpen(*payload)) {
+        m_dropNotice = DropActions::refusedToOpenText();
+        emit dropChanged();
+        return;
+    }
     // Keep the payload alive through the action, whatever the action does to the model.
     const DropPayload copy = *payload;
     if (m_context)

@@ -37,6 +37,8 @@ class NotchWindowController : public QObject,
     Q_PROPERTY(QList<QObject *> modules READ modules NOTIFY appearanceChanged)
     Q_PROPERTY(QString dropSummary READ dropSummary NOTIFY dropChanged)
     Q_PROPERTY(QVariantList dropActions READ dropActions CONSTANT)
+    Q_PROPERTY(QString dropNotice READ dropNotice NOTIFY dropChanged)
+    Q_PROPERTY(QObject *saves READ saves CONSTANT)
 
 public:
     NotchWindowController(NotchSide side, const DisplaySnapshot &display, SurfaceContext *context,
@@ -72,6 +74,10 @@ public:
     QString dropSummary() const;
     // Every drop action with its title and symbol, in the order offered.
     static QVariantList dropActions();
+    // Why the last action on the drop did nothing, such as Open refusing a link.
+    QString dropNotice() const { return m_dropNotice; }
+    // The saves of drops under way (DropSaves), or nullptr without an application.
+    QObject *saves() const;
     Q_INVOKABLE void hoverChanged(bool hovering);
     Q_INVOKABLE void clicked();
     Q_INVOKABLE void secondaryClicked();
@@ -132,6 +138,7 @@ private:
     std::unique_ptr<SurfaceShadow> m_shadow;
     std::unique_ptr<GlobalClickMonitor> m_globalMonitor;
     bool m_localMonitor = false;
+    QString m_dropNotice;
     QTimer m_hideWork;
     QVariantAnimation m_animation;
     QVariantAnimation m_fade;

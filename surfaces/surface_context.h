@@ -12,6 +12,7 @@
 
 namespace ledgewise {
 
+class DropSaves;
 class LedgewiseModule;
 class PreferencesStore;
 struct DropPayload;
@@ -36,7 +37,9 @@ public:
     // The desktop asks for less motion.
     virtual bool reduceMotion() { return false; }
 
+    // Save runs in the background: `dropSaves` shows how far it got.
     virtual void performDropAction(DropAction action, const DropPayload &payload) = 0;
+    virtual DropSaves *dropSaves() { return nullptr; }
     virtual void openSettings() = 0;
     virtual void checkForUpdates() = 0;
     virtual void quit() = 0;
