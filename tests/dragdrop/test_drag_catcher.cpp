@@ -1,5 +1,6 @@
 #include "dragdrop/drag_catcher.h"
 
+#include <QBuffer>
 #include <QMimeData>
 #include <QTest>
 #include <QWindow>
@@ -19,8 +20,10 @@ public:
     void dragDidDrop(std::shared_ptr<const DropPayload> payload) override
     {
         log << QStringLiteral("drop ") + payload->summary();
+        dropped = payload;
     }
     QStringList log;
+    std::shared_ptr<const DropPayload> dropped;
 };
 
 // A surface's window of 76 x 28 with the catcher installed, driven by the drag events
@@ -258,6 +261,35 @@ private slots:
         QMimeData data;
         QVERIFY(!catcher.draggingUpdated(data));
         QVERIFY(!catcher.draggingEntered(data));
+    }
+
+    void offeredImageIsDecodedOnceAtTheDrop()
+    {
+        QImage square(40, 30, QImage::Format_ARGB32);
+        square.fill(Qt::blue);
+        QByteArray png;
+        QBuffer buffer(&png);
+        QVERIFY(buffer.open(QIODevice::WriteOnly) && square.save(&buffer, "PNG"));
+        QMimeData data;
+        data.setData(QStringLiteral("image/png"), png);
+        data.setData(QStringLiteral("image/tiff"), png); // a second type, never decoded
+        data.setText(QStringLiteral("caption"));
+
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow dragged(catcher);
+        const int before = DropPayload::imageDecodeCount();
+        QVERIFY(dragged.enter(data, centre));
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(dragged.move(data, centre + QPointF(i, 0)));
+        QVERIFY(!dragged.move(data, topLeftCorner)); // out of the shape and in again
+        QVERIFY(dragged.move(data, centre));
+        QCOMPARE(DropPayload::imageDecodeCount(), before);
+        QVERIFY(dragged.drop(data, centre));
+        QCOMPARE(DropPayload::imageDecodeCount(), before + 1);
+        QCOMPARE(handler.log, QStringList({"enter Image", "exit", "enter Image", "drop Image"}));
+        QCOMPARE(handler.dropped->image->size(), QSize(40, 30));
     }
 };
 

@@ -357,6 +357,52 @@ private slots:
         QVERIFY(opener.opened.isEmpty());
     }
 
+    void openRefusesEverySchemeButWebMailAndLocalFiles()
+    {
+        RecordingUrlOpener opener;
+        for (const char *refused : {"ftp://b.example/file", "foo-handler:do-something", "javascript:alert(1)",
+                                    "file://otherhost/x", "file:relative", "smb://server/share", "http:no-host"}) {
+            const QUrl url(QString::fromLatin1(refused));
+            QVERIFY2(!DropActions::mayOpen(url), refused);
+            QVERIFY2(!DropActions::open(linkPayload({url}), opener), refused);
+            QVERIFY2(!DropActions::open(textPayload(QString::fromLatin1(refused)), opener), refused);
+        }
+        // One refused link among good ones: nothing is opened.
+        QVERIFY(!DropActions::open(linkPayload({QUrl(QStringLiteral("https://a.example")),
+                                                QUrl(QStringLiteral("foo:bar"))}),
+                                   opener));
+        QVERIFY(!DropActions::open(DropPayload{DropPayload::Kind::files, {QUrl(QStringLiteral("file://otherhost/x"))}, {},
+                                               std::nullopt, std::nullopt},
+                                   opener));
+        QVERIFY(opener.opened.isEmpty());
+
+        const QList<QUrl> allowed = {QUrl(QStringLiteral("http://example.org/")), QUrl(QStringLiteral("https://example.org/a")),
+                                     QUrl(QStringLiteral("mailto:me@example.org")), QUrl(QStringLiteral("HTTPS://EXAMPLE.ORG/")),
+                                     QUrl::fromLocalFile(QStringLiteral("/tmp/notes.txt"))};
+        for (const QUrl &url : allowed) {
+            QVERIFY2(DropActions::mayOpen(url), qPrintable(url.toString()));
+            QVERIFY(DropActions::open(linkPayload({url}), opener));
+        }
+        QCOMPARE(opener.opened, allowed);
+        QCOMPARE(DropActions::refusedToOpenText(), QStringLiteral("Can't open this kind of link."));
+    }
+
+    void relativeFileUrisSaveNothingFromTheWorkingFolder()
+    {
+        QTemporaryDir working, downloads;
+        writeFile(working.filePath("private.txt"), "mine");
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(working.path()));
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), "file:.\r\nfile:..\r\nfile:private.txt\r\n");
+        data.setData(QStringLiteral("x-special/gnome-copied-files"), "copy\nfile:.\nfile:private.txt");
+        const auto payload = DropPayload::from(data);
+        if (payload)
+            DropActions::save(*payload, downloads.path());
+        QDir::setCurrent(before);
+        QVERIFY(entries(downloads.path()).isEmpty());
+    }
+
     void shareAndAirDropEndQuietly()
     {
         FakePasteboard pasteboard;

@@ -276,6 +276,91 @@ private slots:
         QCOMPARE(types.last(), QStringLiteral("_NETSCAPE_URL"));
     }
 
+    void relativeFileUrisAreNeverFiles()
+    {
+        // Resolved against the working folder, "file:." would be whatever folder
+        // Ledgewise happened to start in.
+        QMimeData relative;
+        relative.setData(QStringLiteral("text/uri-list"), "file:.\r\nfile:..\r\nfile:foo\r\nfile:foo/bar.txt\r\n");
+        QVERIFY(!DropPayload::from(relative));
+
+        QMimeData mixed;
+        mixed.setData(QStringLiteral("text/uri-list"), "file:.\r\nfile:///tmp/real.txt\r\nfile:..\r\n");
+        const auto files = DropPayload::from(mixed);
+        QVERIFY(files);
+        QCOMPARE(files->fileURLs, QList<QUrl>({QUrl(QStringLiteral("file:///tmp/real.txt"))}));
+
+        // Only relative entries: the reading goes on to what else the drag carries.
+        QMimeData withText;
+        withText.setData(QStringLiteral("text/uri-list"), "file:..\r\n");
+        withText.setData(QStringLiteral("text/plain"), "caption");
+        const auto text = DropPayload::from(withText);
+        QVERIFY(text);
+        QCOMPARE(text->kind, DropPayload::Kind::text);
+        QCOMPARE(*text->text, QStringLiteral("caption"));
+    }
+
+    void fileUrisOnAnotherHostAreNeitherFilesNorLinks()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), "file://otherhost/etc/passwd\r\nfile://localhost/tmp/here.txt\r\n");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl(QStringLiteral("file:///tmp/here.txt"))}));
+        QVERIFY(payload->urls.isEmpty());
+
+        QMimeData remoteOnly;
+        remoteOnly.setData(QStringLiteral("text/uri-list"), "file://otherhost/etc/passwd\r\n");
+        QVERIFY(!DropPayload::from(remoteOnly));
+    }
+
+    void copiedFilesListKeepsOnlyAbsoluteLocalFiles()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("x-special/gnome-copied-files"),
+                     "copy\nfile:.\nfile:..\nfile://otherhost/x\nfile:///home/me/kept.txt\n/home/me/path.txt");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile(QStringLiteral("/home/me/kept.txt")),
+                                                 QUrl::fromLocalFile(QStringLiteral("/home/me/path.txt"))}));
+
+        QMimeData relativeOnly;
+        relativeOnly.setData(QStringLiteral("x-special/gnome-copied-files"), "copy\nfile:.\n");
+        QVERIFY(!DropPayload::from(relativeOnly));
+    }
+
+    void secretMarkIsKept()
+    {
+        QMimeData data;
+        data.setText(QStringLiteral("hunter2"));
+        QVERIFY(!DropPayload::from(data)->secret);
+        data.setData(QStringLiteral("x-kde-passwordManagerHint"), "public");
+        QVERIFY(!DropPayload::from(data)->secret);
+        data.setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+        QVERIFY(DropPayload::from(data)->secret);
+    }
+
+    void deferredImageIsDecodedOnlyWhenAsked()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("image/png"), encoded(redSquare(), "PNG"));
+        data.setText(QStringLiteral("caption"));
+        const int before = DropPayload::imageDecodeCount();
+        auto deferred = DropPayload::from(data, DropPayload::ImageReading::defer);
+        QVERIFY(deferred);
+        QCOMPARE(deferred->kind, DropPayload::Kind::image);
+        QCOMPARE(deferred->summary(), QStringLiteral("Image"));
+        QCOMPARE(DropPayload::imageDecodeCount(), before);
+        QVERIFY(deferred->decodeImage());
+        QCOMPARE(DropPayload::imageDecodeCount(), before + 1);
+        QCOMPARE(deferred->image->size(), QSize(8, 8));
+        QVERIFY(deferred->encodedImage.isEmpty());
+
+        const auto decoded = DropPayload::from(data);
+        QCOMPARE(DropPayload::imageDecodeCount(), before + 2);
+        QCOMPARE(decoded->image->pixelColor(3, 3), QColor(Qt::red));
+    }
+
     void nothingUsableGivesNoPayload()
     {
         QMimeData data;
