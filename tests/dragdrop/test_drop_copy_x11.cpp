@@ -1,9 +1,12 @@
 #include "dragdrop/drop_actions.h"
+#include "modules/clipboard/clipboard_store.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "tests/support/x11_tools.h"
 
 #include <QProcess>
+#include <QMimeData>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ledgewise;
@@ -105,6 +108,41 @@ private slots:
         DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("x"), std::nullopt}, pasteboard);
         QTRY_VERIFY(pasteboard.changeCount() > before);
         QVERIFY(changed.count() >= 1);
+    }
+
+    void secretTextCopiedBackKeepsItsMarkAndStaysOutOfTheHistory()
+    {
+        QtPasteboard pasteboard;
+        QTemporaryDir storage;
+        ClipboardStore history(pasteboard, storage.path(), 50, true);
+        const auto dropped = [](const QString &text, bool secret) {
+            QMimeData data;
+            data.setText(text);
+            if (secret)
+                data.setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+            return *DropPayload::from(data);
+        };
+
+        // The history does take what Copy puts on the clipboard...
+        DropActions::copy(dropped(QStringLiteral("plain words"), false), pasteboard);
+        QTRY_COMPARE(history.count(), 1);
+
+        // ...but not a password manager's secret, which other applications see marked.
+        const DropPayload secret = dropped(QStringLiteral("hunter2"), true);
+        QVERIFY(secret.secret);
+        DropActions::copy(secret, pasteboard);
+        QCOMPARE(pasteElsewhere(QStringLiteral("x-kde-passwordManagerHint")), QByteArray("secret"));
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("hunter2"));
+
+        // Changes are taken in order: once the next copy is in, the secret was seen.
+        DropActions::copy(dropped(QStringLiteral("after"), false), pasteboard);
+        QTRY_COMPARE(history.count(), 2);
+        for (const ClipboardItem &item : history.items())
+            QVERIFY(item.text != QStringLiteral("hunter2"));
+        history.flush();
+        QFile file(history.historyPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(!file.readAll().contains("hunter2"));
     }
 };
 
