@@ -1,9 +1,13 @@
 #include "modules/clipboard/clipboard_item.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
+
+#include <cmath>
 
 namespace ledgewise {
 
@@ -54,6 +58,59 @@ std::optional<ClipboardItem> decodeItem(const QJsonValue &value)
     return item;
 }
 
+// `text` as a JSON string: UTF-8, with quotes, backslashes and control characters
+// escaped. A lone surrogate is written as its \u escape, so it reads back as it was.
+void appendJsonString(QByteArray &out, QStringView text)
+{
+    static constexpr char hex[] = "0123456789abcdef";
+    const qsizetype start = out.size();
+    // At most six bytes a UTF-16 unit (an escape), plus the quotes.
+    out.resize(start + text.size() * 6 + 2);
+    char *p = out.data() + start;
+    const auto escape = [&p](char16_t unit) {
+        *p++ = '\\';
+        *p++ = 'u';
+        for (int shift = 12; shift >= 0; shift -= 4)
+            *p++ = hex[(unit >> shift) & 0xf];
+    };
+    *p++ = '"';
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i].unicode();
+        if (unit >= 0x20 && unit < 0x80 && unit != '"' && unit != '\\') {
+            *p++ = char(unit);
+        } else if (unit < 0x80) {
+            *p++ = '\\';
+            switch (unit) {
+            case '"': *p++ = '"'; break;
+            case '\\': *p++ = '\\'; break;
+            case '\b': *p++ = 'b'; break;
+            case '\f': *p++ = 'f'; break;
+            case '\n': *p++ = 'n'; break;
+            case '\r': *p++ = 'r'; break;
+            case '\t': *p++ = 't'; break;
+            default: --p; escape(unit);
+            }
+        } else if (unit < 0x800) {
+            *p++ = char(0xc0 | (unit >> 6));
+            *p++ = char(0x80 | (unit & 0x3f));
+        } else if (QChar::isHighSurrogate(unit) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            const char32_t code = QChar::surrogateToUcs4(unit, text[++i].unicode());
+            *p++ = char(0xf0 | (code >> 18));
+            *p++ = char(0x80 | ((code >> 12) & 0x3f));
+            *p++ = char(0x80 | ((code >> 6) & 0x3f));
+            *p++ = char(0x80 | (code & 0x3f));
+        } else if (QChar::isSurrogate(unit)) {
+            escape(unit);
+        } else {
+            *p++ = char(0xe0 | (unit >> 12));
+            *p++ = char(0x80 | ((unit >> 6) & 0x3f));
+            *p++ = char(0x80 | (unit & 0x3f));
+        }
+    }
+    *p++ = '"';
+    out.resize(p - out.data());
+}
+
 } // namespace
 
 QString rawValue(ClipboardKind kind)
@@ -87,22 +144,48 @@ double nowSinceReferenceDate()
 
 QByteArray encodeHistory(const QList<ClipboardItem> &items)
 {
-    QJsonArray array;
-    for (const ClipboardItem &item : items) {
-        QJsonObject object;
-        object.insert(QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces).toUpper());
-        object.insert(QStringLiteral("createdAt"), item.createdAt);
-        object.insert(QStringLiteral("kind"), rawValue(item.kind));
-        if (item.text)
-            object.insert(QStringLiteral("text"), *item.text);
-        if (item.url)
-            object.insert(QStringLiteral("url"), *item.url);
-        if (item.imageFileName)
-            object.insert(QStringLiteral("imageFileName"), *item.imageFileName);
-        object.insert(QStringLiteral("isPinned"), item.isPinned);
-        array.append(object);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    writeHistory(buffer, items);
+    return bytes;
+}
+
+bool writeHistory(QIODevice &device, const QList<ClipboardItem> &items)
+{
+    if (device.write("[", 1) != 1)
+        return false;
+    QByteArray entry;
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const ClipboardItem &item = items[i];
+        entry.clear();
+        if (i > 0)
+            entry += ',';
+        entry += "{\"id\":";
+        appendJsonString(entry, item.id.toString(QUuid::WithoutBraces).toUpper());
+        entry += ",\"createdAt\":";
+        // JSON has no infinities: such a time would make the whole file unreadable.
+        entry += QByteArray::number(std::isfinite(item.createdAt) ? item.createdAt : 0.0, 'g',
+                                    QLocale::FloatingPointShortest);
+        entry += ",\"kind\":";
+        appendJsonString(entry, rawValue(item.kind));
+        if (item.text) {
+            entry += ",\"text\":";
+            appendJsonString(entry, *item.text);
+        }
+        if (item.url) {
+            entry += ",\"url\":";
+            appendJsonString(entry, *item.url);
+        }
+        if (item.imageFileName) {
+            entry += ",\"imageFileName\":";
+            appendJsonString(entry, *item.imageFileName);
+        }
+        entry += item.isPinned ? ",\"isPinned\":true}" : ",\"isPinned\":false}";
+        if (device.write(entry) != entry.size())
+            return false;
     }
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    return device.write("]", 1) == 1;
 }
 
 std::optional<QList<ClipboardItem>> decodeHistory(const QByteArray &json)

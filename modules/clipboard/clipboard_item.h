@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIODevice>
 #include <QList>
 #include <QString>
 #include <QUuid>
@@ -33,6 +34,9 @@ double nowSinceReferenceDate();
 
 // The history file: one compact JSON array, newest first; absent fields left out.
 QByteArray encodeHistory(const QList<ClipboardItem> &items);
+// The same bytes written to `device` entry by entry, so saving a large history never
+// holds a second copy of it in memory. False when a write fails.
+bool writeHistory(QIODevice &device, const QList<ClipboardItem> &items);
 // All or nothing: one entry without "id", "createdAt", "kind" or "isPinned" (or with a
 // value of the wrong type) makes the whole file unreadable.
 std::optional<QList<ClipboardItem>> decodeHistory(const QByteArray &json);

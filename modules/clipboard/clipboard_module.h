@@ -1,9 +1,9 @@
 #pragma once
 
 #include "modules/clipboard/clipboard_store.h"
+#include "modules/clipboard/thumbnail_cache.h"
 #include "modules/ledgewise_module.h"
 
-#include <QHash>
 #include <QImage>
 #include <QVariantList>
 
@@ -16,7 +16,8 @@ class ClipboardModule final : public LedgewiseModule
     Q_OBJECT
     // One map per entry, newest first: id, title, kindLabel, symbol, thumbnail (the
     // picture as a data URL, cropped and rounded; empty when there is no picture that
-    // loads), isPinned.
+    // loads, and while it is being made: the rows change again when it is ready),
+    // isPinned.
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
 
 public:
@@ -29,10 +30,11 @@ public:
     Q_INVOKABLE void togglePin(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
 
-    // A picture as its row shows it: scaled to fill `side` x `side` pixels keeping its
-    // aspect ratio, cropped to the middle, with the corners outside a rounded rectangle
-    // of radius `radius` transparent. Null when the file does not load.
-    static QImage roundedThumbnail(const QString &path, int side, qreal radius);
+    // A picture as its row shows it (see ThumbnailCache::roundedThumbnail).
+    static QImage roundedThumbnail(const QString &path, int side, qreal radius)
+    {
+        return ThumbnailCache::roundedThumbnail(path, side, radius);
+    }
 
     QUrl expandedView() const override;
     QVariantMap expandedViewProperties() const override;
@@ -45,8 +47,8 @@ private:
     QString thumbnail(const ClipboardItem &item) const;
 
     ClipboardStore &m_store;
-    // Thumbnails by picture file name: made once, not at every redraw of the list.
-    mutable QHash<QString, QString> m_thumbnails;
+    // Made once per picture file, off the main thread, not at every redraw of the list.
+    mutable ThumbnailCache m_thumbnails;
 };
 
 } // namespace ledgewise

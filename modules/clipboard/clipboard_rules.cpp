@@ -5,6 +5,12 @@
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
+#include <QLocale>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include <utility>
 
@@ -56,6 +62,19 @@ std::optional<std::pair<QString, QUrl>> firstLink(const Pasteboard &pasteboard)
     return std::make_pair(entry.section(QLatin1Char(':'), 0, 0), url);
 }
 
+// Bytes in UTF-8 of the character at `at`, and how many UTF-16 units it takes.
+std::pair<qsizetype, qsizetype> utf8Width(QStringView text, qsizetype at)
+{
+    const char16_t unit = text[at].unicode();
+    if (unit < 0x80)
+        return {1, 1};
+    if (unit < 0x800)
+        return {2, 1};
+    if (QChar::isHighSurrogate(unit) && at + 1 < text.size() && text[at + 1].isLowSurrogate())
+        return {4, 2};
+    return {3, 1}; // a lone surrogate is written as U+FFFD, three bytes too
+}
+
 } // namespace
 
 bool isSecret(const Pasteboard &pasteboard)
@@ -80,10 +99,15 @@ Capture classify(const Pasteboard &pasteboard, const QList<ClipboardItem> &items
 
     const QString text = pasteboard.text();
     if (!text.trimmed().isEmpty()) {
-        if (newest && newest->kind == ClipboardKind::text && newest->text == text)
-            return {};
-        if (text.size() > maximumTextLength)
-            return {};
+        if (newest && newest->kind == ClipboardKind::text) {
+            if (newest->text == text)
+                return {};
+            // A text too long to keep whole repeats the newest entry when what would be
+            // kept of it (its first 1 MiB and its size) is that entry.
+            if (newest->text && newest->text->endsWith(QLatin1String("bytes copied are kept.]"))
+                && utf8Size(text, maximumTextBytes) > maximumTextBytes && newest->text == storedText(text))
+                return {};
+        }
         return {Capture::Kind::text, text, {}};
     }
 
@@ -95,7 +119,52 @@ Capture classify(const Pasteboard &pasteboard, const QList<ClipboardItem> &items
 
 QString storedText(const QString &copied)
 {
-    return copied.trimmed();
+    const QString trimmed = copied.trimmed();
+    if (utf8Size(trimmed, maximumTextBytes) <= maximumTextBytes)
+        return trimmed;
+    // Cut after the last whole character that fits; a surrogate pair is one character.
+    qsizetype bytes = 0;
+    qsizetype kept = 0;
+    while (kept < trimmed.size()) {
+        const auto [width, units] = utf8Width(trimmed, kept);
+        if (bytes + width > maximumTextBytes)
+            break;
+        bytes += width;
+        kept += units;
+    }
+    return trimmed.first(kept) + cutNote(utf8Size(trimmed, std::numeric_limits<qsizetype>::max() - 1));
+}
+
+QString cutNote(qint64 copiedBytes)
+{
+    // Exact counts: the note also tells a copied-again text from a different one of the
+    // same beginning (see classify()).
+    const QLocale english(QLocale::English);
+    return QStringLiteral("\u2026\n[Cut: %1 of %2 bytes copied are kept.]")
+        .arg(english.toString(qint64(maximumTextBytes)), english.toString(copiedBytes));
+}
+
+qsizetype utf8Size(QStringView text, qsizetype limit)
+{
+    // Every UTF-16 unit is at least one byte: a text longer than the limit is over it.
+    if (text.size() > limit)
+        return limit + 1;
+    qsizetype bytes = 0;
+    for (qsizetype i = 0; i < text.size() && bytes <= limit;) {
+        const auto [width, units] = utf8Width(text, i);
+        bytes += width;
+        i += units;
+    }
+    return std::min(bytes, limit + 1);
+}
+
+QSize storedImageSize(QSize size)
+{
+    const qint64 pixels = qint64(size.width()) * size.height();
+    if (size.isEmpty() || pixels <= maximumStoredImagePixels)
+        return size;
+    const double scale = std::sqrt(double(maximumStoredImagePixels) / double(pixels));
+    return QSize(std::max(1, int(size.width() * scale)), std::max(1, int(size.height() * scale)));
 }
 
 std::optional<QByteArray> pngData(const QByteArray &imageBytes)
@@ -104,13 +173,18 @@ std::optional<QByteArray> pngData(const QByteArray &imageBytes)
     source.setData(imageBytes);
     source.open(QIODevice::ReadOnly);
     QImageReader reader(&source);
-    // The header tells the size before anything large is decoded.
+    // The header tells the size before anything large is decoded; formats that can
+    // decode straight to a smaller size (JPEG) then do.
     const QSize size = reader.size();
     if (size.isValid() && qint64(size.width()) * size.height() > maximumImagePixels)
         return std::nullopt;
-    const QImage image = reader.read();
+    if (size.isValid() && storedImageSize(size) != size)
+        reader.setScaledSize(storedImageSize(size));
+    QImage image = reader.read();
     if (image.isNull() || qint64(image.width()) * image.height() > maximumImagePixels)
         return std::nullopt;
+    if (const QSize stored = storedImageSize(image.size()); stored != image.size())
+        image = image.scaled(stored, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     QByteArray png;
     QBuffer target(&png);
     target.open(QIODevice::WriteOnly);
@@ -119,17 +193,57 @@ std::optional<QByteArray> pngData(const QByteArray &imageBytes)
     return png;
 }
 
-std::optional<qsizetype> nextToEvict(const QList<ClipboardItem> &items, int capacity)
+std::optional<qsizetype> nextToEvict(const QList<ClipboardItem> &items, int capacity, qsizetype justAdded)
 {
     if (items.size() <= capacity)
         return std::nullopt;
     // The newest entry, the one just captured, is never the one to go: with every
     // older entry pinned the history simply grows past its capacity.
     for (qsizetype i = items.size() - 1; i >= 1; --i) {
-        if (!items[i].isPinned)
+        if (!items[i].isPinned && i != justAdded)
             return i;
     }
     return std::nullopt;
+}
+
+qsizetype insertionIndex(const QList<ClipboardItem> &items, const QUuid &newestThen, double capturedAt)
+{
+    if (newestThen.isNull())
+        return items.size();
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        if (items[i].id == newestThen)
+            return i;
+    }
+    qsizetype index = 0;
+    while (index < items.size() && items[index].createdAt > capturedAt)
+        ++index;
+    return index;
+}
+
+bool isLeftoverSaveFile(const QString &name, const QString &savedName)
+{
+    if (name.size() != savedName.size() + 7 || !name.startsWith(savedName) || name[savedName.size()] != QLatin1Char('.'))
+        return false;
+    for (const QChar c : QStringView(name).sliced(savedName.size() + 1)) {
+        if (!(c.isDigit() || (c >= QLatin1Char('a') && c <= QLatin1Char('z')) || (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))))
+            return false;
+    }
+    return true;
+}
+
+QStringList unreferencedImages(const QStringList &files, const QList<ClipboardItem> &items)
+{
+    QSet<QString> named;
+    for (const ClipboardItem &item : items) {
+        if (item.imageFileName)
+            named.insert(*item.imageFileName);
+    }
+    QStringList unreferenced;
+    for (const QString &file : files) {
+        if (!named.contains(file))
+            unreferenced.append(file);
+    }
+    return unreferenced;
 }
 
 QString title(const ClipboardItem &item)
@@ -138,7 +252,7 @@ QString title(const ClipboardItem &item)
     case ClipboardKind::text:
         if (!item.text)
             return QStringLiteral("Text");
-        return QString(*item.text).replace(QLatin1Char('\n'), QLatin1Char(' ')).trimmed();
+        return item.text->left(maximumTitleLength).replace(QLatin1Char('\n'), QLatin1Char(' ')).trimmed();
     case ClipboardKind::url:
         return item.url.value_or(QStringLiteral("URL"));
     case ClipboardKind::image:

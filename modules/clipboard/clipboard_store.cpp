@@ -6,8 +6,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMimeData>
-#include <QSaveFile>
 
 namespace ledgewise {
 
@@ -25,16 +25,6 @@ void makePrivateFolder(const QString &path)
     QFile::setPermissions(path, ownerOnlyFolder);
 }
 
-bool writePrivateFile(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.setPermissions(ownerOnly);
-    file.write(bytes);
-    return file.commit();
-}
-
 } // namespace
 
 ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> storageDirectory, int capacity,
@@ -43,10 +33,16 @@ ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> st
     , m_pasteboard(pasteboard)
     , m_storageDirectory(storageDirectory.value_or(defaultDirectory()))
     , m_capacity(capacity)
+    , m_writer(QDir(m_storageDirectory).filePath(QLatin1String(historyFileName)))
+    , m_images(QDir(m_storageDirectory).filePath(QLatin1String(imagesFolderName)))
 {
     makePrivateFolder(m_storageDirectory);
     makePrivateFolder(imagesDirectory());
     load();
+    if (m_writesHistory)
+        removeLeftovers();
+    connect(&m_writer, &HistoryWriter::saved, this, &ClipboardStore::historySaved);
+    connect(&m_images, &ImageEncoder::finished, this, [this] { addFinishedImages(true); });
 
     m_pollTimer.setInterval(500);
     m_pollTimer.setTimerType(Qt::CoarseTimer);
@@ -55,7 +51,21 @@ ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> st
         beginMonitoring();
 }
 
-ClipboardStore::~ClipboardStore() = default;
+ClipboardStore::~ClipboardStore()
+{
+    m_pollTimer.stop();
+    disconnect(&m_pasteboard, nullptr, this, nullptr);
+    // The picture in hand is finished and kept (pictures not started are dropped), then
+    // the history is written before anything goes away.
+    m_images.stop();
+    addFinishedImages(false);
+    m_writer.flush();
+}
+
+void ClipboardStore::flush()
+{
+    m_writer.flush();
+}
 
 QString ClipboardStore::defaultDirectory()
 {
@@ -74,13 +84,52 @@ QString ClipboardStore::imagesDirectory() const
 
 void ClipboardStore::load()
 {
-    QFile file(historyPath());
-    if (!file.open(QIODevice::ReadOnly))
+    const QString path = historyPath();
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink())
+        return; // no history yet
+    // Anything but a regular file (a folder, a pipe that would block the read) is left
+    // alone like a file we may not read.
+    QString problem;
+    QByteArray bytes;
+    if (!info.isFile()) {
+        problem = QStringLiteral("not a regular file");
+    } else {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            bytes = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            problem = file.errorString();
+    }
+    if (!problem.isEmpty()) {
+        // The history may be fine and only out of reach for now: never replace it with
+        // this session's copies, and never clean up the pictures it may name.
+        m_writesHistory = false;
+        qWarning().noquote() << QStringLiteral("Ledgewise: cannot read the clipboard history %1 (%2); this session "
+                                               "keeps its copies in memory only and leaves the file as it is.")
+                                    .arg(path, problem);
         return;
-    if (auto decoded = decodeHistory(file.readAll()))
+    }
+    if (auto decoded = decodeHistory(bytes))
         m_items = std::move(*decoded);
     else
         m_keepUnreadableHistory = true;
+}
+
+void ClipboardStore::removeLeftovers() const
+{
+    // Temporary files of a save that was interrupted (a crash, a power cut).
+    QDir folder(m_storageDirectory);
+    const auto anyFile = QDir::Files | QDir::Hidden | QDir::System;
+    for (const QString &name : folder.entryList(anyFile)) {
+        if (ClipboardRules::isLeftoverSaveFile(name, QLatin1String(historyFileName)))
+            folder.remove(name);
+    }
+    // Pictures no entry names: those of a history that did not decode, and leftovers of
+    // pictures whose entry never reached the disk.
+    QDir images(imagesDirectory());
+    for (const QString &name : ClipboardRules::unreferencedImages(images.entryList(anyFile), m_items))
+        images.remove(name);
 }
 
 void ClipboardStore::beginMonitoring()
@@ -139,14 +188,26 @@ void ClipboardStore::addText(const QString &text)
 
 void ClipboardStore::storeImage(const QByteArray &data)
 {
-    const auto png = ClipboardRules::pngData(data);
-    if (!png)
+    // Converted on the encoder's thread; the entry is added when its file is written.
+    m_images.encode(data, nowSinceReferenceDate(), m_items.isEmpty() ? QUuid() : m_items.constFirst().id);
+}
+
+void ClipboardStore::addFinishedImages(bool announce)
+{
+    const QList<ImageEncoder::Finished> finished = m_images.takeFinished();
+    if (finished.isEmpty())
         return;
-    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
-    if (!writePrivateFile(QDir(imagesDirectory()).filePath(name), *png))
-        return;
-    add(ClipboardItem{QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::image, std::nullopt,
-                      std::nullopt, name, false});
+    for (const ImageEncoder::Finished &image : finished) {
+        // Below whatever was copied after the picture, so the history keeps the order
+        // of the copies however long the picture took.
+        const qsizetype at = ClipboardRules::insertionIndex(m_items, image.newestThen, image.capturedAt);
+        m_items.insert(at, ClipboardItem{QUuid::createUuid(), image.capturedAt, ClipboardKind::image, std::nullopt,
+                                         std::nullopt, image.fileName, false});
+        enforceCapacity(at);
+    }
+    persist();
+    if (announce)
+        emit itemsChanged();
 }
 
 void ClipboardStore::add(const ClipboardItem &item)
@@ -158,26 +219,33 @@ void ClipboardStore::add(const ClipboardItem &item)
     emit itemsChanged();
 }
 
-void ClipboardStore::enforceCapacity()
+void ClipboardStore::enforceCapacity(qsizetype justAdded)
 {
-    while (const auto index = ClipboardRules::nextToEvict(m_items, m_capacity)) {
+    while (const auto index = ClipboardRules::nextToEvict(m_items, m_capacity, justAdded)) {
         removeImageFile(m_items[*index].imageFileName);
         m_items.removeAt(*index);
+        if (*index < justAdded)
+            --justAdded;
     }
 }
 
 void ClipboardStore::persist()
 {
-    const QString path = historyPath();
+    if (!m_writesHistory)
+        return;
     if (m_keepUnreadableHistory) {
         // One generation of a history that did not decode is kept, so a bad byte
-        // never costs anyone their history.
+        // never costs anyone their history. Nothing has been written yet, so no write
+        // on the writer's thread can race this.
         m_keepUnreadableHistory = false;
+        const QString path = historyPath();
         const QString aside = path + QStringLiteral(".unreadable");
         QFile::remove(aside);
         QFile::rename(path, aside);
     }
-    writePrivateFile(path, encodeHistory(m_items));
+    // Only the list is handed over (its texts are shared, not copied); encoding and
+    // writing happen on the writer's thread.
+    m_writer.save(m_items);
 }
 
 void ClipboardStore::pin(const QUuid &id)

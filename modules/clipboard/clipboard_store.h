@@ -1,6 +1,8 @@
 #pragma once
 
 #include "modules/clipboard/clipboard_item.h"
+#include "modules/clipboard/history_writer.h"
+#include "modules/clipboard/image_encoder.h"
 
 #include <QImage>
 #include <QObject>
@@ -16,7 +18,8 @@ class Pasteboard;
 // The private history of what the user copies: text, web links and images, newest
 // first, kept on disk in "clipboard.json" with the images beside it. Captures every
 // change of the clipboard except its own writes and what a password manager marks
-// secret.
+// secret. The history file is written, and copied pictures converted, on threads of
+// their own; the main thread only decides what to keep.
 class ClipboardStore : public QObject
 {
     Q_OBJECT
@@ -26,6 +29,7 @@ public:
     // No directory: defaultDirectory(). The application passes capacity 50.
     ClipboardStore(Pasteboard &pasteboard, std::optional<QString> storageDirectory, int capacity,
                    bool startMonitoring, QObject *parent = nullptr);
+    // Finishes the picture being converted and writes the history: nothing shown is lost.
     ~ClipboardStore() override;
 
     // $XDG_DATA_HOME/Ledgewise, or the temporary folder's Ledgewise.
@@ -48,8 +52,18 @@ public:
     // rather than by the half-second poll.
     bool isPolling() const { return m_pollTimer.isActive(); }
 
+    // Returns once the history as it is now is on disk (or its write failed).
+    void flush();
+    // False when the history file exists but could not be read (permissions, an I/O
+    // error, not a regular file): this session then keeps its history in memory only
+    // and never replaces the file.
+    bool writesHistory() const { return m_writesHistory; }
+
 signals:
     void itemsChanged();
+    // The history file on disk now holds the entries as they were at some change: after
+    // the last change, once this has been emitted and no other change followed.
+    void historySaved();
     // The store has looked at one new change of the clipboard, whether it kept it or
     // not (a repeat, white space, a secret, our own copy-back).
     void pasteboardChecked();
@@ -60,10 +74,12 @@ private:
     void ingest();
     void addText(const QString &text);
     void storeImage(const QByteArray &data);
+    void addFinishedImages(bool announce);
     void add(const ClipboardItem &item);
-    void enforceCapacity();
+    void enforceCapacity(qsizetype justAdded = 0);
     void persist();
     void load();
+    void removeLeftovers() const;
     void removeImageFile(const std::optional<QString> &fileName) const;
 
     Pasteboard &m_pasteboard;
@@ -74,7 +90,10 @@ private:
     bool m_isWriting = false;
     // The history file did not decode: it is kept aside once, before the first save.
     bool m_keepUnreadableHistory = false;
+    bool m_writesHistory = true;
     QTimer m_pollTimer;
+    HistoryWriter m_writer;
+    ImageEncoder m_images;
 };
 
 } // namespace ledgewise

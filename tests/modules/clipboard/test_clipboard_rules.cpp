@@ -161,14 +161,126 @@ private slots:
         QVERIFY(!ClipboardRules::isSecret(pasteboard));
     }
 
-    void hugeContentIsSkipped()
+    void aMebibyteOfTextIsKeptWhole()
     {
+        const QString text(ClipboardRules::maximumTextBytes, QLatin1Char('x'));
+        QCOMPARE(ClipboardRules::storedText(text), text);
+        // Measured in UTF-8: 349,525 three-byte characters and one byte more fit.
+        const QString wide = QString(349'525, QChar(0x20ac)) + QLatin1Char('x');
+        QCOMPARE(ClipboardRules::utf8Size(wide, ClipboardRules::maximumTextBytes), ClipboardRules::maximumTextBytes);
+        QCOMPARE(ClipboardRules::storedText(wide), wide);
+    }
+
+    void longerTextKeepsItsFirstMebibyteAndSaysItWasCut()
+    {
+        const QString text = QString(4 * ClipboardRules::maximumTextBytes, QLatin1Char('y'));
+        const QString stored = ClipboardRules::storedText(text);
+        QCOMPARE(stored, QString(ClipboardRules::maximumTextBytes, QLatin1Char('y'))
+                             + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
+
         FakePasteboard pasteboard;
-        pasteboard.copyFromElsewhere(textData(QString(ClipboardRules::maximumTextLength + 1, QLatin1Char('x'))));
-        QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::nothing);
+        pasteboard.copyFromElsewhere(textData(text));
+        const Capture capture = ClipboardRules::classify(pasteboard, {});
+        QCOMPARE(capture.kind, Capture::Kind::text);
+        // Copied again, it repeats the newest entry; with another ending it does not.
+        ClipboardItem newest = textItem(stored);
+        QCOMPARE(ClipboardRules::classify(pasteboard, {newest}).kind, Capture::Kind::nothing);
+        pasteboard.copyFromElsewhere(textData(text + QLatin1Char('z')));
+        QCOMPARE(ClipboardRules::classify(pasteboard, {newest}).kind, Capture::Kind::text);
+    }
+
+    void aCutNeverSplitsACharacter()
+    {
+        // A four-byte character straddling the limit is left out whole.
+        const QString emoji = QString::fromUcs4(U"\U0001F600");
+        const QString text = QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a')) + emoji + emoji;
+        const QString stored = ClipboardRules::storedText(text);
+        QVERIFY(stored.startsWith(QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a')) + QChar(0x2026)));
+        QVERIFY(stored.toUtf8().size() <= ClipboardRules::maximumTextBytes + 100);
+    }
+
+    void bigPicturesAreScaledAndHugeOnesSkipped()
+    {
+        QCOMPARE(ClipboardRules::storedImageSize(QSize(3840, 2160)), QSize(3840, 2160));
+        const QSize scaled = ClipboardRules::storedImageSize(QSize(7000, 4500));
+        QVERIFY(qint64(scaled.width()) * scaled.height() <= ClipboardRules::maximumStoredImagePixels);
+        QVERIFY(scaled.width() > 3550 && scaled.height() > 2280);
+        QCOMPARE(qRound(scaled.width() * 4500.0 / 7000.0), scaled.height());
+        QCOMPARE(ClipboardRules::storedImageSize(QSize(100000, 1)), QSize(100000, 1));
+        QCOMPARE(ClipboardRules::storedImageSize(QSize(1'000'000, 10)).height(), 9);
+
         QCOMPARE(ClipboardRules::pngData(pngHeaderOnly(10000, 5000)), std::nullopt);
         QCOMPARE(ClipboardRules::pngData("not an image"), std::nullopt);
         QVERIFY(ClipboardRules::pngData(pngOf(Qt::red, QSize(640, 480))));
+        const auto png = ClipboardRules::pngData(pngOf(Qt::red, QSize(4000, 2500)));
+        QVERIFY(png);
+        QImage stored;
+        QVERIFY(stored.loadFromData(*png, "PNG"));
+        QCOMPARE(stored.size(), ClipboardRules::storedImageSize(QSize(4000, 2500)));
+        QCOMPARE(QColor(stored.pixel(10, 10)), QColor(Qt::red));
+    }
+
+    void historyFileKeepsControlCharactersAndLoneSurrogates()
+    {
+        QString odd = QStringLiteral("tab\tquote\"back\\slash\u0001\u001f\u007f end");
+        odd += QChar(0xd800); // a lone high surrogate
+        odd += QStringLiteral("\u00e9\u20ac") + QString::fromUcs4(U"\U0001F600");
+        odd += QChar(0xdc00); // a lone low surrogate
+        const QList<ClipboardItem> items = {textItem(odd), urlItem(QStringLiteral("https://example.org/\"x\""))};
+        const QByteArray json = encodeHistory(items);
+        QCOMPARE(decodeHistory(json), items);
+        // Whatever QJsonDocument reads, it reads the same way.
+        QVERIFY(!QJsonDocument::fromJson(json).isNull());
+        QCOMPARE(QJsonDocument::fromJson(json).array()[0].toObject().value("text").toString(), odd);
+    }
+
+    void evictionSparesTheEntryJustPlaced()
+    {
+        QList<ClipboardItem> items;
+        for (int i = 0; i < 4; ++i)
+            items.append(textItem(QString::number(i), i >= 2));
+        // Everything older is pinned: the picture just placed at 1 stays.
+        QCOMPARE(ClipboardRules::nextToEvict(items, 3, 1), std::nullopt);
+        items[3].isPinned = false;
+        QCOMPARE(ClipboardRules::nextToEvict(items, 3, 1), 3);
+    }
+
+    void latePicturesGoBelowLaterCopies()
+    {
+        QList<ClipboardItem> items = {textItem("c"), textItem("b"), textItem("a")};
+        items[0].createdAt = 30;
+        items[1].createdAt = 20;
+        items[2].createdAt = 10;
+        // Just above the entry that was the newest when the picture was copied.
+        QCOMPARE(ClipboardRules::insertionIndex(items, items[1].id, 20), 1);
+        QCOMPARE(ClipboardRules::insertionIndex(items, items[0].id, 30), 0);
+        // The history was empty then: everything there now came later.
+        QCOMPARE(ClipboardRules::insertionIndex(items, QUuid(), 5), 3);
+        // That entry was deleted meanwhile: by time.
+        QCOMPARE(ClipboardRules::insertionIndex(items, QUuid::createUuid(), 25), 1);
+        QCOMPARE(ClipboardRules::insertionIndex({}, QUuid::createUuid(), 5), 0);
+    }
+
+    void leftoversAreRecognised()
+    {
+        const QString history = QStringLiteral("clipboard.json");
+        QVERIFY(ClipboardRules::isLeftoverSaveFile(QStringLiteral("clipboard.json.a1B2c3"), history));
+        QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("clipboard.json"), history));
+        QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("clipboard.json.unreadable"), history));
+        QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("clipboard.json.a1B2c!"), history));
+        QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("notes.json.a1B2c3"), history));
+
+        const QList<ClipboardItem> items = {{QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, QStringLiteral("A.png"), false},
+                                            textItem("B.png")};
+        QCOMPARE(ClipboardRules::unreferencedImages({"A.png", "B.png", "A.png.x1y2z3"}, items),
+                 QStringList({"B.png", "A.png.x1y2z3"}));
+    }
+
+    void titlesOfLongTextsStayShort()
+    {
+        const ClipboardItem big = textItem(QString(ClipboardRules::maximumTextBytes, QLatin1Char('w')));
+        QCOMPARE(ClipboardRules::title(big).size(), ClipboardRules::maximumTitleLength);
+        QCOMPARE(ClipboardRules::glanceSnippet({big}).size(), ClipboardRules::maximumTitleLength);
     }
 
     void evictionTakesTheOldestUnpinned()

@@ -1,3 +1,4 @@
+#include "modules/clipboard/clipboard_rules.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "tests/modules/clipboard/clipboard_test_support.h"
 #include "tests/support/fake_pasteboard.h"
@@ -7,6 +8,9 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
@@ -33,11 +37,20 @@ struct Fixture {
     {
     }
     void copy(const QString &text) { pasteboard.copyFromElsewhere(textData(text)); }
-    void copyImage(const QColor &color)
+    // Pictures are converted off the main thread: true once the entry is there.
+    bool copyImage(const QColor &color, QSize size = QSize(4, 4))
     {
+        const qsizetype before = store.items().size();
         auto *data = new QMimeData;
-        data->setData(QStringLiteral("image/png"), pngOf(color));
+        data->setData(QStringLiteral("image/png"), pngOf(color, size));
         pasteboard.copyFromElsewhere(data);
+        return QTest::qWaitFor([&] { return store.items().size() > before; }, 10000);
+    }
+    // The history file once every write handed over has finished.
+    QJsonArray disk()
+    {
+        store.flush();
+        return historyOnDisk(store.historyPath());
     }
 
     QTemporaryDir folder;
@@ -79,7 +92,7 @@ private slots:
         auto *data = textData(QStringLiteral("\n\n"));
         data->setData(QStringLiteral("image/png"), pngOf(Qt::yellow));
         f.pasteboard.copyFromElsewhere(data);
-        QCOMPARE(f.store.items().size(), 1);
+        QTRY_COMPARE(f.store.items().size(), 1);
         QCOMPARE(f.store.items()[0].kind, ClipboardKind::image);
     }
 
@@ -112,7 +125,7 @@ private slots:
     void fullHistoryEvictsTheOldestAndItsImage()
     {
         Fixture f;
-        f.copyImage(Qt::red);
+        QVERIFY(f.copyImage(Qt::red));
         const QString oldestImage = *f.store.items()[0].imageFileName;
         QCOMPARE(imageFiles(f.store), QStringList({oldestImage}));
         for (int i = 1; i < 50; ++i)
@@ -122,7 +135,7 @@ private slots:
         QCOMPARE(f.store.items().size(), 50);
         QCOMPARE(f.store.items().last().text, QStringLiteral("1"));
         QVERIFY(imageFiles(f.store).isEmpty());
-        QCOMPARE(historyOnDisk(f.store.historyPath()).size(), 50);
+        QCOMPARE(f.disk().size(), 50);
     }
 
     void fiftyPinnedEntriesAreNeverEvicted()
@@ -155,10 +168,10 @@ private slots:
         const QUuid id = f.store.items()[1].id;
         f.store.pin(id);
         QCOMPARE(f.store.items()[1].isPinned, true);
-        QCOMPARE(historyOnDisk(f.store.historyPath())[1].toObject().value("isPinned").toBool(), true);
+        QCOMPARE(f.disk()[1].toObject().value("isPinned").toBool(), true);
         f.store.pin(id);
         QCOMPARE(f.store.items()[1].isPinned, false);
-        QCOMPARE(historyOnDisk(f.store.historyPath())[1].toObject().value("isPinned").toBool(), false);
+        QCOMPARE(f.disk()[1].toObject().value("isPinned").toBool(), false);
         QCOMPARE(texts(f.store), QStringList({"b", "a"}));
         f.store.pin(QUuid::createUuid()); // unknown: nothing
     }
@@ -189,7 +202,7 @@ private slots:
     void copyBackOfLinksAndImages()
     {
         Fixture f;
-        f.copyImage(Qt::green);
+        QVERIFY(f.copyImage(Qt::green));
         const ClipboardItem image = f.store.items()[0];
         f.copy("text");
         f.store.copyBack(image);
@@ -212,20 +225,20 @@ private slots:
     void deleteRemovesTheEntryAndItsImage()
     {
         Fixture f;
-        f.copyImage(Qt::blue);
+        QVERIFY(f.copyImage(Qt::blue));
         f.copy("keep");
         QCOMPARE(imageFiles(f.store).size(), 1);
         QVERIFY(f.store.image(f.store.items()[1]));
         f.store.remove(f.store.items()[1].id);
         QCOMPARE(texts(f.store), QStringList({"keep"}));
         QVERIFY(imageFiles(f.store).isEmpty());
-        QCOMPARE(historyOnDisk(f.store.historyPath()).size(), 1);
+        QCOMPARE(f.disk().size(), 1);
     }
 
     void imageFilesAreNamedByUpperCaseUuids()
     {
         Fixture f;
-        f.copyImage(Qt::red);
+        QVERIFY(f.copyImage(Qt::red));
         const QString name = *f.store.items()[0].imageFileName;
         QCOMPARE(name.size(), 40);
         QVERIFY(name.endsWith(QLatin1String(".png")));
@@ -268,9 +281,11 @@ private slots:
         QFile aside(store.historyPath() + QStringLiteral(".unreadable"));
         QVERIFY(aside.open(QIODevice::ReadOnly));
         QCOMPARE(aside.readAll(), broken);
+        store.flush();
         QCOMPARE(historyOnDisk(store.historyPath()).size(), 1);
 
         pasteboard.copyFromElsewhere(textData(QStringLiteral("newer")));
+        store.flush();
         QVERIFY(aside.seek(0));
         QCOMPARE(aside.readAll(), broken); // one generation: not replaced by good saves
     }
@@ -288,7 +303,8 @@ private slots:
     void filesAreOwnerOnly()
     {
         Fixture f;
-        f.copyImage(Qt::red);
+        QVERIFY(f.copyImage(Qt::red));
+        f.store.flush();
         const auto folderPermissions = QFileInfo(f.store.storageDirectory()).permissions() & 0x7777;
         QCOMPARE(folderPermissions, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser
                                         | QFile::WriteUser | QFile::ExeUser);
@@ -306,7 +322,7 @@ private slots:
         data->setData(QStringLiteral("image/png"), pngOf(Qt::blue, QSize(6, 3)));
         data->setData(QStringLiteral("image/tiff"), imageOf(Qt::red, "TIFF", QSize(5, 2)));
         f.pasteboard.copyFromElsewhere(data);
-        QCOMPARE(f.store.items().size(), 1);
+        QTRY_COMPARE(f.store.items().size(), 1);
         const QImage stored(QDir(f.store.imagesDirectory()).filePath(*f.store.items()[0].imageFileName), "PNG");
         QCOMPARE(stored.size(), QSize(5, 2));
         QCOMPARE(QColor(stored.pixel(0, 0)), QColor(Qt::red));
@@ -314,12 +330,16 @@ private slots:
 
     void undecodableImageAddsNothing()
     {
-        Fixture f;
-        auto *data = new QMimeData;
-        data->setData(QStringLiteral("image/png"), "\x89PNG garbage");
-        f.pasteboard.copyFromElsewhere(data);
-        QVERIFY(f.store.items().isEmpty());
-        QVERIFY(imageFiles(f.store).isEmpty());
+        QTemporaryDir folder;
+        FakePasteboard pasteboard;
+        {
+            ClipboardStore store(pasteboard, folder.path(), 50, true);
+            auto *data = new QMimeData;
+            data->setData(QStringLiteral("image/png"), "\x89PNG garbage");
+            pasteboard.copyFromElsewhere(data);
+        } // the picture in hand is finished before the store goes
+        QVERIFY(!QFile::exists(QDir(folder.path()).filePath("clipboard.json")));
+        QVERIFY(QDir(QDir(folder.path()).filePath("clipboard-images")).isEmpty());
     }
 
     void withAnnouncementsNothingPolls()
@@ -361,6 +381,199 @@ private slots:
         ClipboardStore store(pasteboard, parent.filePath("file/Ledgewise"), 50, true);
         pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory")));
         QCOMPARE(texts(store), QStringList({"in memory"}));
+    }
+
+    void aMebibyteOfTextIsKeptWholeOnDisk()
+    {
+        Fixture f;
+        const QString text = QString(ClipboardRules::maximumTextBytes - 1, QLatin1Char('m')) + QLatin1Char('!');
+        f.copy(text);
+        QCOMPARE(f.disk().size(), 1);
+        QCOMPARE(f.disk()[0].toObject().value("text").toString(), text);
+    }
+
+    void fourMebibytesOfTextAreKeptCutWithANote()
+    {
+        Fixture f;
+        QString text(4 * ClipboardRules::maximumTextBytes, QLatin1Char('f'));
+        text[0] = QLatin1Char('F');
+        f.copy(text);
+        const QString kept = QLatin1Char('F') + QString(ClipboardRules::maximumTextBytes - 1, QLatin1Char('f'))
+            + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]");
+        QCOMPARE(f.disk()[0].toObject().value("text").toString(), kept);
+        // The same copy again is a repeat; copying the entry back says it was cut.
+        f.copy(text);
+        QCOMPARE(f.store.items().size(), 1);
+        f.store.copyBack(f.store.items()[0]);
+        QCOMPARE(f.pasteboard.text(), kept);
+        QVERIFY(QFileInfo(f.store.historyPath()).size() < 2 * ClipboardRules::maximumTextBytes);
+    }
+
+    void bigPictureIsStoredScaledDown()
+    {
+        Fixture f;
+        QVERIFY(f.copyImage(Qt::magenta, QSize(5000, 3000)));
+        const QImage stored(QDir(f.store.imagesDirectory()).filePath(*f.store.items()[0].imageFileName), "PNG");
+        QCOMPARE(stored.size(), ClipboardRules::storedImageSize(QSize(5000, 3000)));
+        QVERIFY(qint64(stored.width()) * stored.height() <= ClipboardRules::maximumStoredImagePixels);
+        QCOMPARE(QColor(stored.pixel(100, 100)), QColor(Qt::magenta));
+    }
+
+    void pictureCopiedBeforeATextStaysBelowIt()
+    {
+        Fixture f;
+        f.copy("before");
+        auto *data = new QMimeData;
+        data->setData(QStringLiteral("image/png"), pngOf(Qt::red, QSize(3000, 2000)));
+        f.pasteboard.copyFromElsewhere(data);
+        f.copy("after"); // while the picture is still being converted
+        QTRY_COMPARE(f.store.items().size(), 3);
+        QCOMPARE(texts(f.store)[0], QStringLiteral("after"));
+        QCOMPARE(f.store.items()[1].kind, ClipboardKind::image);
+        QCOMPARE(texts(f.store)[2], QStringLiteral("before"));
+        QCOMPARE(f.disk()[1].toObject().value("kind").toString(), QStringLiteral("image"));
+    }
+
+    void historyIsWrittenOffTheMainThread()
+    {
+        Fixture f;
+        QSignalSpy saved(&f.store, &ClipboardStore::historySaved);
+        f.copy("written later");
+        // The capture returns before the file is written; the write follows by itself.
+        QCOMPARE(saved.count(), 0);
+        QTRY_COMPARE(historyOnDisk(f.store.historyPath()).size(), 1);
+        QCOMPARE(historyOnDisk(f.store.historyPath())[0].toObject().value("text").toString(),
+                 QStringLiteral("written later"));
+        QTRY_VERIFY(saved.count() >= 1);
+        // Replaced atomically: no temporary file is left beside it.
+        QCOMPARE(QDir(f.store.storageDirectory()).entryList(QDir::Files), QStringList({"clipboard.json"}));
+    }
+
+    void quittingRightAfterACaptureKeepsIt()
+    {
+        QTemporaryDir folder;
+        FakePasteboard pasteboard;
+        {
+            ClipboardStore store(pasteboard, folder.path(), 50, true);
+            for (int i = 0; i < 20; ++i)
+                pasteboard.copyFromElsewhere(textData(QString(300'000, QLatin1Char('a' + i))));
+            auto *data = new QMimeData;
+            data->setData(QStringLiteral("image/png"), pngOf(Qt::blue, QSize(2000, 2000)));
+            pasteboard.copyFromElsewhere(data);
+            pasteboard.copyFromElsewhere(textData(QStringLiteral("the last copy")));
+        }
+        const QJsonArray disk = historyOnDisk(QDir(folder.path()).filePath("clipboard.json"));
+        QCOMPARE(disk.size(), 22);
+        QCOMPARE(disk[0].toObject().value("text").toString(), QStringLiteral("the last copy"));
+        // The picture in hand when the store went was finished and kept.
+        QCOMPARE(disk[1].toObject().value("kind").toString(), QStringLiteral("image"));
+        QVERIFY(QFile::exists(QDir(folder.path()).filePath("clipboard-images/" + disk[1].toObject().value("imageFileName").toString())));
+    }
+
+    void historyWeMayNotReadIsNeverOverwritten()
+    {
+        if (::geteuid() == 0)
+            QSKIP("running as root, who may read any file: see historyWithAReadErrorIsNeverOverwritten");
+        QTemporaryDir folder;
+        const QString path = QDir(folder.path()).filePath("clipboard.json");
+        const QByteArray history = encodeHistory({{QUuid::createUuid(), 1, ClipboardKind::text, QStringLiteral("old"), {}, {}, true}});
+        writeFile(path, history);
+        QVERIFY(QFile::setPermissions(path, {}));
+        expectNotWritten(folder.path(), path);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), history);
+    }
+
+    void historyWithAReadErrorIsNeverOverwritten()
+    {
+        // Reading this process's memory from address 0 fails with EIO, for root too.
+        QTemporaryDir folder;
+        const QString path = QDir(folder.path()).filePath("clipboard.json");
+        QVERIFY(QFile::link(QStringLiteral("/proc/self/mem"), path));
+        expectNotWritten(folder.path(), path);
+        QCOMPARE(QFileInfo(path).symLinkTarget(), QStringLiteral("/proc/self/mem"));
+    }
+
+    void historyThatIsAPipeNeitherBlocksNorIsReplaced()
+    {
+        QTemporaryDir folder;
+        const QString path = QDir(folder.path()).filePath("clipboard.json");
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+        expectNotWritten(folder.path(), path);
+        QVERIFY(QFileInfo(path).isFile() == false && QFileInfo::exists(path));
+    }
+
+    void leftoversAndPicturesNoEntryNamesAreRemovedAtStart()
+    {
+        QTemporaryDir folder;
+        const QDir dir(folder.path());
+        const QString kept = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
+        const QString orphan = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
+        writeFile(dir.filePath("clipboard.json"),
+                  encodeHistory({{QUuid::createUuid(), 1, ClipboardKind::image, {}, {}, kept, false}}));
+        writeFile(dir.filePath("clipboard-images/" + kept), pngOf(Qt::red));
+        writeFile(dir.filePath("clipboard-images/" + orphan), pngOf(Qt::blue));
+        writeFile(dir.filePath("clipboard-images/" + kept + ".Xy12Zw"), "half a picture");
+        writeFile(dir.filePath("clipboard.json.Ab12Cd"), "[{\"half");
+        writeFile(dir.filePath("clipboard.json.unreadable"), "kept aside earlier");
+        writeFile(dir.filePath("notes.txt"), "not ours");
+
+        FakePasteboard pasteboard;
+        ClipboardStore store(pasteboard, folder.path(), 50, true);
+        QCOMPARE(store.items().size(), 1);
+        QCOMPARE(QDir(store.imagesDirectory()).entryList(QDir::Files), QStringList({kept}));
+        QCOMPARE(dir.entryList(QDir::Files, QDir::Name),
+                 QStringList({"clipboard.json", "clipboard.json.unreadable", "notes.txt"}));
+    }
+
+    void picturesOfAHistoryThatDidNotDecodeAreRemovedAtStart()
+    {
+        QTemporaryDir folder;
+        const QDir dir(folder.path());
+        const QString picture = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
+        const QByteArray broken = "[{\"kind\":\"image\",\"imageFileName\":\"" + picture.toUtf8() + "\"}]";
+        writeFile(dir.filePath("clipboard.json"), broken);
+        writeFile(dir.filePath("clipboard-images/" + picture), pngOf(Qt::red));
+        FakePasteboard pasteboard;
+        ClipboardStore store(pasteboard, folder.path(), 50, true);
+        QVERIFY(store.items().isEmpty());
+        QVERIFY(QDir(store.imagesDirectory()).isEmpty());
+        // The file itself is left as it is until the first save sets it aside.
+        QFile file(store.historyPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), broken);
+    }
+
+private:
+    // A store over a history it cannot read captures in memory only: the file stays,
+    // nothing is set aside, nothing else is written beside it.
+    void expectNotWritten(const QString &folder, const QString &path)
+    {
+        const QStringList before = QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        FakePasteboard pasteboard;
+        {
+            ClipboardStore store(pasteboard, folder, 50, true);
+            QVERIFY(!store.writesHistory());
+            QVERIFY(store.items().isEmpty());
+            pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory only")));
+            QCOMPARE(texts(store), QStringList({"in memory only"}));
+            store.pin(store.items()[0].id);
+            store.flush();
+        }
+        QVERIFY(QFileInfo::exists(path) || QFileInfo(path).isSymLink());
+        QStringList after = QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        after.removeOne(QStringLiteral("clipboard-images")); // made at start, empty
+        QCOMPARE(after, before);
+    }
+
+    static void writeFile(const QString &path, const QByteArray &bytes)
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
     }
 };
 
