@@ -49,14 +49,16 @@ std::optional<LauncherItem> itemForFile(LauncherItem::Kind kind, const QString &
                         bookmark.isEmpty() ? std::nullopt : std::optional<QByteArray>(bookmark), std::nullopt};
 }
 
-std::optional<LauncherItem> pick(LauncherItem::Kind kind, FileChooser &chooser)
+void pick(LauncherItem::Kind kind, FileChooser &chooser, QObject *context, Picked picked)
 {
-    if (kind == LauncherItem::Kind::website)
-        return std::nullopt;
+    if (kind == LauncherItem::Kind::website) {
+        picked(std::nullopt);
+        return;
+    }
     const bool application = kind == LauncherItem::Kind::application;
-    const QString path = chooser.chooseFile(message(kind), application ? QString::fromLatin1(applicationsFolder) : QString(),
-                                            application ? QStringLiteral("Applications (*.desktop)") : QString());
-    return itemForFile(kind, path);
+    chooser.chooseFile(message(kind), application ? QString::fromLatin1(applicationsFolder) : QString(),
+                       application ? QStringLiteral("Applications (*.desktop)") : QString(), context,
+                       [kind, picked = std::move(picked)](const QString &path) { picked(itemForFile(kind, path)); });
 }
 
 QString typedHost(const QString &address)

@@ -6,7 +6,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <optional>
+
+class QObject;
 
 namespace ledgewise {
 
@@ -24,7 +27,11 @@ QString symbol(LauncherItem::Kind kind);
 // An entry for a chosen file: titled by its name without the extension (a Desktop
 // Entry by its Name), with a reference that finds it again. Nothing for websites.
 std::optional<LauncherItem> itemForFile(LauncherItem::Kind kind, const QString &path);
-std::optional<LauncherItem> pick(LauncherItem::Kind kind, FileChooser &chooser);
+// Shows the chooser for `kind` and returns at once; `picked` is called later with the
+// entry for the chosen file, or nothing when cancelled (at once for websites, which
+// are never chosen). Never called once `context` is gone.
+using Picked = std::function<void(std::optional<LauncherItem>)>;
+void pick(LauncherItem::Kind kind, FileChooser &chooser, QObject *context, Picked picked);
 
 // The typed address rule: trimmed, "https://" put in front when no "://" is there,
 // http or https only (exactly, in lower case); titled by its host.

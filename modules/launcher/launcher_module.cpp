@@ -42,14 +42,21 @@ bool LauncherModule::addWebsite(const QString &draft)
 
 void LauncherModule::addApplication()
 {
-    if (const auto item = LauncherActions::pick(LauncherItem::Kind::application, m_chooser))
-        append(*item);
+    pickAndAppend(LauncherItem::Kind::application);
 }
 
 void LauncherModule::addFile()
 {
-    if (const auto item = LauncherActions::pick(LauncherItem::Kind::file, m_chooser))
-        append(*item);
+    pickAndAppend(LauncherItem::Kind::file);
+}
+
+void LauncherModule::pickAndAppend(LauncherItem::Kind kind)
+{
+    // The module is the answer's context: a module gone before the answer is never touched.
+    LauncherActions::pick(kind, m_chooser, this, [this](std::optional<LauncherItem> item) {
+        if (item)
+            append(*item);
+    });
 }
 
 void LauncherModule::remove(const QString &id)

@@ -27,7 +27,8 @@ public:
 
     // The typed address rule; true when an entry was added (the field is then cleared).
     Q_INVOKABLE bool addWebsite(const QString &draft);
-    // "App" and "File": the file chooser, then the chosen entry appended.
+    // "App" and "File": show the file chooser and return at once (a view's handler
+    // calls them); the chosen entry is appended when the chooser answers.
     Q_INVOKABLE void addApplication();
     Q_INVOKABLE void addFile();
     Q_INVOKABLE void remove(const QString &id);
@@ -41,6 +42,7 @@ signals:
 
 private:
     void append(const LauncherItem &item);
+    void pickAndAppend(LauncherItem::Kind kind);
 
     PreferencesStore &m_store;
     FileChooser &m_chooser;

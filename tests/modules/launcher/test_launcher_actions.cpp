@@ -9,24 +9,56 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <utility>
 
 using namespace ledgewise;
 
 namespace {
 
+// Answers later, when the test says so, as the real chooser answers from the event loop.
 class ScriptedChooser final : public FileChooser
 {
 public:
-    QString chooseFile(const QString &message, const QString &startFolder, const QString &filter) override
+    void chooseFile(const QString &message, const QString &startFolder, const QString &filter, QObject *context,
+                    Answer reply) override
     {
         asked << message + QLatin1Char('|') + startFolder + QLatin1Char('|') + filter;
-        return answer;
+        pending = std::move(reply);
+        this->context = context;
+    }
+    // The user's answer; false when nothing was asked or the asker is gone.
+    bool answerWith(const QString &path)
+    {
+        Answer reply = std::exchange(pending, nullptr);
+        if (!reply || !context)
+            return false;
+        reply(path);
+        return true;
     }
     QString answer;
     QStringList asked;
+    Answer pending;
+    QPointer<QObject> context;
 };
+
+// Picks, and answers with `chooser.answer` once `pick` has returned.
+std::optional<LauncherItem> pickNow(LauncherItem::Kind kind, ScriptedChooser &chooser)
+{
+    QObject context;
+    std::optional<LauncherItem> picked;
+    bool called = false;
+    LauncherActions::pick(kind, chooser, &context, [&](std::optional<LauncherItem> item) {
+        picked = std::move(item);
+        called = true;
+    });
+    if (!called)
+        chooser.answerWith(chooser.answer);
+    return called ? picked : std::nullopt;
+}
 
 class RecordingLauncher final : public ProgramLauncher
 {
@@ -117,7 +149,7 @@ private slots:
         writeFile(folder.filePath("report.final.pdf"), "%PDF");
         ScriptedChooser chooser;
         chooser.answer = folder.filePath("report.final.pdf");
-        const auto item = LauncherActions::pick(LauncherItem::Kind::file, chooser);
+        const auto item = pickNow(LauncherItem::Kind::file, chooser);
         QVERIFY(item);
         QCOMPARE(item->title, QStringLiteral("report.final"));
         QVERIFY(item->bookmarkData);
@@ -146,7 +178,7 @@ private slots:
                   "[Desktop Action Other]\nName=Other\nExec=other\n");
         ScriptedChooser chooser;
         chooser.answer = folder.filePath("org.example.Notes.desktop");
-        const auto item = LauncherActions::pick(LauncherItem::Kind::application, chooser);
+        const auto item = pickNow(LauncherItem::Kind::application, chooser);
         QVERIFY(item);
         QCOMPARE(item->title, QStringLiteral("Notes"));
         QVERIFY(item->bookmarkData);
@@ -185,14 +217,36 @@ private slots:
     void websiteKindShowsNoChooser()
     {
         ScriptedChooser chooser;
-        QCOMPARE(LauncherActions::pick(LauncherItem::Kind::website, chooser), std::nullopt);
+        QObject context;
+        int answers = 0;
+        LauncherActions::pick(LauncherItem::Kind::website, chooser, &context, [&](std::optional<LauncherItem> item) {
+            QCOMPARE(item, std::nullopt);
+            ++answers;
+        });
+        QCOMPARE(answers, 1);
         QVERIFY(chooser.asked.isEmpty());
+    }
+
+    void pickReturnsBeforeTheChooserAnswers()
+    {
+        QTemporaryDir folder;
+        writeFile(folder.filePath("notes.txt"), "notes");
+        ScriptedChooser chooser;
+        QObject context;
+        QList<std::optional<LauncherItem>> answers;
+        LauncherActions::pick(LauncherItem::Kind::file, chooser, &context,
+                              [&](std::optional<LauncherItem> item) { answers << item; });
+        QVERIFY(answers.isEmpty()); // shown, not answered: no loop ran under the caller
+        QVERIFY(chooser.answerWith(folder.filePath("notes.txt")));
+        QCOMPARE(answers.size(), 1);
+        QVERIFY(answers[0]);
+        QCOMPARE(answers[0]->title, QStringLiteral("notes"));
     }
 
     void cancelledChooserAddsNothing()
     {
         ScriptedChooser chooser;
-        QCOMPARE(LauncherActions::pick(LauncherItem::Kind::file, chooser), std::nullopt);
+        QCOMPARE(pickNow(LauncherItem::Kind::file, chooser), std::nullopt);
     }
 
     void openingSitesFilesAndWhatIsGone()

@@ -6,17 +6,24 @@
 #include "tests/support/recording_url_opener.h"
 
 #include <QTemporaryDir>
+#include <QTimer>
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
 
 namespace {
 
+// Answers on the next turn of the event loop, after the button's handler has returned.
 class NoChooser final : public FileChooser
 {
 public:
-    QString chooseFile(const QString &, const QString &, const QString &) override { return answer; }
+    void chooseFile(const QString &, const QString &, const QString &, QObject *context, Answer reply) override
+    {
+        ++shown;
+        QTimer::singleShot(0, context, [reply = std::move(reply), path = answer] { reply(path); });
+    }
     QString answer;
+    int shown = 0;
 };
 
 class NoLauncher final : public ProgramLauncher
@@ -103,6 +110,7 @@ private slots:
         entry.close();
         f.chooser.answer = entry.fileName();
         HostedPanel::press(f.panel.item(QStringLiteral("addApp")));
+        QTRY_VERIFY(f.row(0)); // the chooser answers after the press has returned
         f.module.addWebsite(QStringLiteral("example.org"));
         QTRY_VERIFY(f.row(1));
         f.panel.settle();
@@ -229,6 +237,8 @@ private slots:
         QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
         f.chooser.answer.clear(); // cancelled
         HostedPanel::press(f.panel.item(QStringLiteral("addApp")));
+        QCOMPARE(f.chooser.shown, 2);
+        QCoreApplication::processEvents(); // its answer: cancelled
         QCOMPARE(f.store.current().launcherItems.size(), 1);
     }
 };
