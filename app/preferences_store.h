@@ -2,9 +2,11 @@
 
 #include "app/preferences.h"
 
+#include <QByteArray>
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace ledgewise {
 
@@ -21,6 +23,9 @@ class PreferencesStore : public QObject
 
 public:
     static constexpr auto key = "ledgewise.preferences";
+    // Beside the settings file: the last stored record that could not be read, kept
+    // before a change replaced it (one generation).
+    static constexpr auto setAsideFileName = "preferences.unreadable.json";
 
     // Loads the stored record; anything missing, of another type or undecodable gives
     // the defaults, silently. Neither writes nor announces.
@@ -36,6 +41,9 @@ public:
     // An in-place change of the live record: one write, one announcement.
     void update(const std::function<void(Preferences &)> &change);
 
+    // Where an unreadable record is kept; empty when the settings are not in a file.
+    QString setAsidePath() const;
+
 signals:
     // Observers of `current`: only when the record really changed.
     void currentChanged();
@@ -44,9 +52,15 @@ signals:
 
 private:
     void persist();
+    void setAsideUnreadable();
+    void reportWriteFailure();
 
     KeyValueStore &m_defaults;
+    // What was stored but could not be read, until the first write has kept a copy.
+    std::optional<QByteArray> m_unreadable;
     Preferences m_current;
+    // Told once per run of failed writes, not once per change.
+    bool m_writeFailureReported = false;
 };
 
 } // namespace ledgewise

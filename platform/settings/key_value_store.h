@@ -19,6 +19,11 @@ public:
     virtual void remove(const QString &key) = 0;
     // Pushes pending writes to disk; the store also does this by itself.
     virtual void sync() = 0;
+
+    // The file the values live in; empty for a store that keeps them elsewhere.
+    virtual QString fileName() const { return {}; }
+    // Why the last write did not reach the disk (a short phrase); empty when it did.
+    virtual QString writeFailure() const { return {}; }
 };
 
 } // namespace ledgewise

@@ -3,12 +3,18 @@
 #include "platform/settings/qsettings_store.h"
 #include "tests/support/fake_key_value_store.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cstdio>
 #include <limits>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace ledgewise;
 
@@ -29,6 +35,54 @@ Preferences decodedOnDisk(const QString &fileName)
     if (stored.typeId() != QMetaType::QByteArray)
         return {};
     return decodePreferences(stored.toByteArray()).value_or(Preferences{});
+}
+
+constexpr QFileDevice::Permissions everyone = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner
+    | QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ExeGroup | QFileDevice::ReadOther
+    | QFileDevice::WriteOther | QFileDevice::ExeOther;
+
+// The mode bits as `ls` shows them (without the current user's view of them).
+QFileDevice::Permissions modeOf(const QString &path)
+{
+    return QFileInfo(path).permissions() & everyone;
+}
+
+QString settingsFolder()
+{
+    return QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).filePath(QStringLiteral("Ledgewise"));
+}
+
+// Starts from no settings at all.
+void removeSettings()
+{
+    QDir(settingsFolder()).removeRecursively();
+}
+
+// Everything written to stderr while `work` runs.
+template<typename Work>
+QByteArray stderrOf(Work work)
+{
+    std::fflush(stderr);
+    const int saved = ::dup(STDERR_FILENO);
+    FILE *capture = std::tmpfile();
+    ::dup2(::fileno(capture), STDERR_FILENO);
+    work();
+    std::fflush(stderr);
+    ::dup2(saved, STDERR_FILENO);
+    ::close(saved);
+    std::rewind(capture);
+    QByteArray text;
+    char chunk[512];
+    while (const size_t n = std::fread(chunk, 1, sizeof chunk, capture))
+        text.append(chunk, qsizetype(n));
+    std::fclose(capture);
+    return text;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
@@ -235,6 +289,94 @@ private slots:
         QCOMPARE(announced.count(), 1);
         QCOMPARE(settings.value(key), before);
         QVERIFY(std::isnan(store.current().opacity));
+    }
+
+    void settingsFolderAndFileAreTheOwnersOnly()
+    {
+        removeSettings();
+        // A folder left by an earlier version with the usual mode is tightened too.
+        QVERIFY(QDir().mkpath(settingsFolder()));
+        QVERIFY(QFile::setPermissions(settingsFolder(), everyone & ~(QFileDevice::WriteGroup | QFileDevice::WriteOther)));
+        const mode_t previousMask = ::umask(022);
+        {
+            QSettingsStore settings;
+            PreferencesStore store(settings);
+            store.update([](Preferences &p) { p.width = 420; });
+            QCOMPARE(modeOf(settingsFolder()), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            QCOMPARE(modeOf(settings.fileName()), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+            // Every later write replaces the file: it stays private.
+            store.update([](Preferences &p) { p.width = 430; });
+            QCOMPARE(modeOf(settings.fileName()), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+            QCOMPARE(decodedOnDisk(settings.fileName()).width, 430.0);
+        }
+        ::umask(previousMask);
+    }
+
+    void undecodableRecordIsKeptOnceBeforeTheFirstChange()
+    {
+        removeSettings();
+        const QByteArray broken("{\"placement\":\"both\", \"width\": \"wide\"}");
+        {
+            QSettingsStore settings;
+            settings.setValue(key, broken);
+        }
+        QSettingsStore settings;
+        PreferencesStore store(settings);
+        const QString aside = store.setAsidePath();
+        QCOMPARE(aside, QDir(settingsFolder()).filePath(QStringLiteral("preferences.unreadable.json")));
+        QVERIFY(store.current() == Preferences::defaults());
+        QVERIFY(!QFile::exists(aside)); // loading alone keeps everything as it was
+
+        store.update([](Preferences &p) { p.spacing = 10; });
+        QCOMPARE(readAll(aside), broken);
+        QCOMPARE(modeOf(aside), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        QCOMPARE(decodedOnDisk(settings.fileName()).spacing, 10.0);
+
+        // Once: the next change does not write it again.
+        QFile edited(aside);
+        QVERIFY(edited.open(QIODevice::WriteOnly));
+        edited.write("looked at");
+        edited.close();
+        store.update([](Preferences &p) { p.spacing = 12; });
+        QCOMPARE(readAll(aside), QByteArray("looked at"));
+
+        // A readable record is never set aside.
+        QVERIFY(QFile::remove(aside));
+        QSettingsStore reopened;
+        PreferencesStore next(reopened);
+        QCOMPARE(next.current().spacing, 12.0);
+        next.update([](Preferences &p) { p.spacing = 14; });
+        QVERIFY(!QFile::exists(aside));
+    }
+
+    void failedWriteIsReportedOnceOnStandardError()
+    {
+        removeSettings();
+        // A folder where the file should be: no write can succeed, even for root.
+        QSettingsStore probe;
+        const QString fileName = probe.fileName();
+        QVERIFY(QDir().mkpath(fileName));
+        QByteArray printed;
+        {
+            QSettingsStore settings;
+            PreferencesStore store(settings);
+            printed = stderrOf([&] {
+                store.update([](Preferences &p) { p.width = 420; });
+                store.update([](Preferences &p) { p.width = 440; });
+                store.setCurrent(store.current());
+            });
+            QVERIFY(!settings.writeFailure().isEmpty());
+        }
+        QCOMPARE(printed, QByteArray("Ledgewise could not save its settings to ") + fileName.toUtf8()
+                              + ": a folder is in the file's place.\n");
+
+        // Writable again: the next failure is told again.
+        QVERIFY(QDir(fileName).removeRecursively());
+        QSettingsStore settings;
+        PreferencesStore store(settings);
+        printed = stderrOf([&] { store.update([](Preferences &p) { p.width = 460; }); });
+        QCOMPARE(printed, QByteArray());
+        QCOMPARE(decodedOnDisk(fileName).width, 460.0);
     }
 };
 
