@@ -4,6 +4,7 @@
 #include "tests/support/fake_pasteboard.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QWheelEvent>
 
@@ -108,9 +109,15 @@ private slots:
     {
         Fixture f;
         f.pasteboard.offerFromElsewhere({{QStringLiteral("image/png"), pngOf(Qt::red, QSize(60, 40))}});
-        QTRY_VERIFY(f.row(0));
+        // The picture is converted, then its thumbnail made, off the main thread: the row
+        // shows the symbol until then.
+        const auto thumbnailShown = [&f] {
+            QQuickItem *row = f.row(0);
+            QQuickItem *picture = row ? f.panel.item(QStringLiteral("rowThumbnail"), row) : nullptr;
+            return picture && picture->isVisible() && picture->property("status").toInt() == 1;
+        };
+        QTRY_VERIFY(thumbnailShown());
         QQuickItem *thumbnail = f.panel.item(QStringLiteral("rowThumbnail"), f.row(0));
-        QVERIFY(thumbnail->isVisible());
         QVERIFY(!f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->isVisible());
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("Image"));
         QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Image"));
@@ -155,6 +162,33 @@ private slots:
             QCOMPARE(thumbnail.pixelColor(corner).alpha(), 0);
         QCOMPARE(thumbnail.pixelColor(4, 4).alpha(), 255);
         QVERIFY(ClipboardModule::roundedThumbnail(folder.filePath("missing.png"), 44, 8).isNull());
+    }
+
+    void thumbnailsAreMadeOnceAndNotOnTheSpot()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("picture.png");
+        QVERIFY(QImage::fromData(pngOf(Qt::red, QSize(300, 200))).save(path));
+        ThumbnailCache cache;
+        QSignalSpy ready(&cache, &ThumbnailCache::ready);
+        QCOMPARE(cache.url(path), QString()); // being made elsewhere
+        QCOMPARE(cache.url(path), QString()); // asked again: still the one job
+        QTRY_COMPARE(ready.count(), 1);
+        const QString url = cache.url(path);
+        QVERIFY(url.startsWith(QLatin1String("data:image/png;base64,")));
+        QImage decoded;
+        QVERIFY(decoded.loadFromData(QByteArray::fromBase64(url.mid(22).toLatin1()), "PNG"));
+        QCOMPARE(decoded.size(), QSize(44, 44));
+        QCOMPARE(QColor(decoded.pixel(22, 22)), QColor(Qt::red));
+        // Made once: the list changing, or even the file, does not make it again.
+        QVERIFY(QImage::fromData(pngOf(Qt::blue, QSize(30, 20))).save(path));
+        cache.keepOnly({path});
+        QCOMPARE(cache.url(path), url);
+        QTest::qWait(100);
+        QCOMPARE(ready.count(), 1);
+        cache.keepOnly({});
+        QCOMPARE(cache.url(path), QString()); // forgotten with its entry
+        QTRY_COMPARE(ready.count(), 2);
     }
 
     void imageWhosePictureIsMissingShowsTheClipboardSymbol()

@@ -1,3 +1,4 @@
+#include "modules/clipboard/clipboard_rules.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "tests/modules/clipboard/clipboard_test_support.h"
@@ -76,9 +77,11 @@ QStringList texts(const ClipboardStore &store)
     return result;
 }
 
-// The history file, read back as the store's entries would read: kind, then value.
-QStringList onDisk(const ClipboardStore &store)
+// The history file once its writes are done, read back as the store's entries would
+// read: kind, then value.
+QStringList onDisk(ClipboardStore &store)
 {
+    store.flush();
     QStringList result;
     for (const QJsonValue &entry : historyOnDisk(store.historyPath())) {
         const QJsonObject object = entry.toObject();
@@ -207,7 +210,7 @@ private slots:
         const QString png = m_files->filePath("yellow.png");
         writeFile(png, pngOf(Qt::yellow, QSize(7, 3)));
         QVERIFY(w.offer({QStringLiteral("text/plain=\n \n"), QStringLiteral("image/png<") + png}));
-        QCOMPARE(w.store.items().size(), 1);
+        QTRY_COMPARE(w.store.items().size(), 1); // pictures are converted off the main thread
         const ClipboardItem image = w.store.items()[0];
         QCOMPARE(image.kind, ClipboardKind::image);
         QCOMPARE(QImage(QDir(w.store.imagesDirectory()).filePath(*image.imageFileName)).size(), QSize(7, 3));
@@ -223,6 +226,7 @@ private slots:
         QCOMPARE(w.store.items()[0].kind, ClipboardKind::url);
         QCOMPARE(w.store.items()[0].url, QStringLiteral("https://example.org/page"));
         QCOMPARE(onDisk(w.store), QStringList({"url:https://example.org/page"}));
+        w.store.flush();
         QVERIFY(!historyOnDisk(w.store.historyPath())[0].toObject().contains("text"));
     }
 
@@ -263,7 +267,7 @@ private slots:
         QCOMPARE(w.store.items()[0].url, QStringLiteral("https://example.org/page"));
 
         QVERIFY(w.copy(pngOf(Qt::cyan, QSize(30, 20)), QStringLiteral("image/png")));
-        QCOMPARE(w.store.items().size(), 2);
+        QTRY_COMPARE(w.store.items().size(), 2);
         const ClipboardItem image = w.store.items()[0];
         QCOMPARE(image.kind, ClipboardKind::image);
         const QString file = QDir(w.store.imagesDirectory()).filePath(*image.imageFileName);
@@ -279,7 +283,7 @@ private slots:
         writeFile(tiff, imageOf(Qt::red, "TIFF", QSize(5, 2)));
         writeFile(png, pngOf(Qt::blue, QSize(6, 3)));
         QVERIFY(w.offer({QStringLiteral("image/png<") + png, QStringLiteral("image/tiff<") + tiff}));
-        QCOMPARE(w.store.items().size(), 1);
+        QTRY_COMPARE(w.store.items().size(), 1);
         const QString stored = QDir(w.store.imagesDirectory()).filePath(*w.store.items()[0].imageFileName);
         const QImage image(stored, "PNG");
         QCOMPARE(image.size(), QSize(5, 2));
@@ -320,6 +324,7 @@ private slots:
         Watched w(m_folder->path(), m_others);
         QVERIFY(w.copy("one more"));
         QCOMPARE(w.store.items().size(), 51);
+        w.store.flush();
         const QJsonArray disk = historyOnDisk(w.store.historyPath());
         QCOMPARE(disk.size(), 51);
         QCOMPARE(disk[0].toObject().value("text").toString(), QStringLiteral("one more"));
@@ -335,6 +340,7 @@ private slots:
         QVERIFY(w.copy("b"));
         const QUuid id = w.store.items()[1].id;
         auto pinnedOnDisk = [&] {
+            w.store.flush();
             QList<bool> result;
             for (const QJsonValue &entry : historyOnDisk(w.store.historyPath()))
                 result << entry.toObject().value("isPinned").toBool();
@@ -373,6 +379,7 @@ private slots:
         QVERIFY(!QFile::exists(w.store.historyPath()));
         QVERIFY(w.copy("not secret"));
         QCOMPARE(texts(w.store), QStringList({"not secret"}));
+        w.store.flush();
         QFile history(w.store.historyPath());
         QVERIFY(history.open(QIODevice::ReadOnly));
         QVERIFY(!history.readAll().contains("hunter2"));
@@ -394,6 +401,41 @@ private slots:
         QVERIFY(w.copy("third"));
         QTRY_COMPARE(texts(w.store), QStringList({"third", "second", "first"}));
         QCOMPARE(onDisk(w.store), QStringList({"text:third", "text:second", "text:first"}));
+    }
+
+    void bigTextFromAnotherApplicationIsKeptCutAndAMebibyteWhole()
+    {
+        Watched w(m_folder->path(), m_others);
+        QByteArray whole(ClipboardRules::maximumTextBytes, 'w');
+        whole[0] = 'W';
+        QVERIFY(w.copy(whole, QStringLiteral("UTF8_STRING")));
+        QByteArray big(4 * ClipboardRules::maximumTextBytes, 'b');
+        big[0] = 'B';
+        QVERIFY(w.copy(big, QStringLiteral("UTF8_STRING")));
+        QCOMPARE(w.store.items().size(), 2);
+        // On disk once the writer's thread is done, without anyone asking it to hurry.
+        QTRY_COMPARE(historyOnDisk(w.store.historyPath()).size(), 2);
+        const QJsonArray disk = historyOnDisk(w.store.historyPath());
+        QCOMPARE(disk[0].toObject().value("text").toString(),
+                 QString::fromLatin1(big.left(ClipboardRules::maximumTextBytes))
+                     + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
+        QCOMPARE(disk[1].toObject().value("text").toString(), QString::fromLatin1(whole));
+
+        // Pasted elsewhere, the cut entry says it was cut.
+        w.store.copyBack(w.store.items()[0]);
+        QVERIFY(pasteElsewhere(QStringLiteral("UTF8_STRING")).endsWith("bytes copied are kept.]"));
+    }
+
+    void bigPictureFromAnotherApplicationIsStoredScaledDown()
+    {
+        Watched w(m_folder->path(), m_others);
+        const QString png = m_files->filePath("big.png");
+        writeFile(png, pngOf(Qt::darkGreen, QSize(6000, 4000)));
+        QVERIFY(w.offer({QStringLiteral("image/png<") + png}));
+        QTRY_COMPARE_WITH_TIMEOUT(w.store.items().size(), 1, 20000);
+        const QImage stored(QDir(w.store.imagesDirectory()).filePath(*w.store.items()[0].imageFileName), "PNG");
+        QCOMPARE(stored.size(), ClipboardRules::storedImageSize(QSize(6000, 4000)));
+        QCOMPARE(onDisk(w.store), QStringList({"image:" + *w.store.items()[0].imageFileName}));
     }
 
 private:
