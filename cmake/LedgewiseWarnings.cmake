@@ -5,8 +5,11 @@ if(LEDGEWISE_WERROR)
   target_compile_options(ledgewise_options INTERFACE -Werror)
 endif()
 if(LEDGEWISE_SANITIZE)
-  target_compile_options(ledgewise_options INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
-  target_link_options(ledgewise_options INTERFACE -fsanitize=address,undefined)
+  # float-cast-overflow is not part of GCC's "undefined": a double out of an int's range
+  # (a stored size of -1e300) must be caught too.
+  target_compile_options(ledgewise_options INTERFACE -fsanitize=address,undefined,float-cast-overflow -fno-omit-frame-pointer
+    -fno-sanitize-recover=undefined,float-cast-overflow)
+  target_link_options(ledgewise_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
 endif()
 target_include_directories(ledgewise_options INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_definitions(ledgewise_options INTERFACE
@@ -21,7 +24,8 @@ function(ledgewise_library name)
 endfunction()
 if(LEDGEWISE_FUZZ)
   # Instrument the project's code for coverage-guided fuzzing; the fuzz targets link
-  # the libFuzzer driver themselves.
-  target_compile_options(ledgewise_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer)
+  # the libFuzzer driver themselves. Undefined behaviour stops the run like a crash.
+  target_compile_options(ledgewise_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+    -fno-sanitize-recover=undefined)
   target_link_options(ledgewise_options INTERFACE -fsanitize=address,undefined)
 endif()

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QRect>
 #include <QRectF>
+
+#include <algorithm>
+#include <cmath>
 
 namespace ledgewise {
 
@@ -43,6 +47,22 @@ inline QRectF toTopLeft(const Rect &rect, double primaryHeight)
 inline Rect fromTopLeft(const QRectF &rect, double primaryHeight)
 {
     return Rect{rect.x(), primaryHeight - rect.y() - rect.height(), rect.width(), rect.height()};
+}
+
+// The window system's whole-pixel rectangle for a layout rectangle. The layout takes the
+// stored sizes as they are, and a stored record may hold any double (-1e300, NaN): here,
+// where the numbers become ints, a number that is not finite counts as 0, a size below
+// 0 as 0, and everything is kept within a range no screen reaches, so nothing overflows.
+inline QRect toWindowRect(const Rect &rect, double primaryHeight)
+{
+    constexpr double reach = 1 << 24;
+    const auto bounded = [](double value, double low, double high) {
+        return std::isfinite(value) ? std::clamp(value, low, high) : 0.0;
+    };
+    const QRectF topLeft = toTopLeft(rect, primaryHeight);
+    return QRectF(bounded(topLeft.x(), -reach, reach), bounded(topLeft.y(), -reach, reach),
+                  bounded(topLeft.width(), 0, reach), bounded(topLeft.height(), 0, reach))
+        .toAlignedRect();
 }
 
 } // namespace ledgewise

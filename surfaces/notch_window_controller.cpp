@@ -143,7 +143,7 @@ std::optional<QString> NotchWindowController::runningCountdownText() const
 QRect NotchWindowController::targetFrame(NotchPresentation presentation) const
 {
     const Rect frame = NotchLayout::frame(side(), presentation, preferences(), m_display);
-    return toTopLeft(frame, primaryHeight()).toAlignedRect();
+    return toWindowRect(frame, primaryHeight());
 }
 
 QRect NotchWindowController::frameInScreen() const
@@ -172,7 +172,7 @@ void NotchWindowController::close()
 void NotchWindowController::presentFromCenter()
 {
     const QRect target = targetFrame(m_surface.presentation());
-    const QRect screen = toTopLeft(m_display.frame, primaryHeight()).toAlignedRect();
+    const QRect screen = toWindowRect(m_display.frame, primaryHeight());
     const QRect start(screen.center().x() - target.width() / 2, screen.top(), target.width(), target.height());
     applyFrame(start);
     m_window->setOpacity(reduceMotion() ? 0.0 : 1.0);
@@ -197,7 +197,9 @@ void NotchWindowController::moveToCurrentPresentation(const DisplaySnapshot &dis
 
 int NotchWindowController::animationDurationMs(double animationSpeed, bool reduceMotion)
 {
-    const double seconds = reduceMotion ? reducedMotionSeconds : baseAnimationSeconds / std::max(animationSpeed, 0.25);
+    // A stored speed may be any double: one that is not a number moves at the usual pace.
+    const double speed = std::isnan(animationSpeed) ? 1.0 : std::max(animationSpeed, 0.25);
+    const double seconds = reduceMotion ? reducedMotionSeconds : baseAnimationSeconds / speed;
     return int(std::lround(seconds * 1000));
 }
 

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 using namespace ledgewise;
 
 Q_DECLARE_METATYPE(ledgewise::Rect)
@@ -264,6 +266,46 @@ private slots:
         const Rect frame = NotchLayout::frame(NotchSide::left, NotchPresentation::expanded, p, plainDisplay());
         QCOMPARE(frame.width, -10.0);
         QCOMPARE(frame.height, 0.0);
+    }
+
+    void storedNumbersOfAnySizeGiveAWholePixelWindow_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<double>("value");
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double inf = std::numeric_limits<double>::infinity();
+        for (const char *field : {"width", "height", "offsetFromEdge", "offsetFromNotch"}) {
+            for (double value : {-1e300, 1e300, nan, inf, -inf, -2147483649.0, 2147483648.0})
+                QTest::addRow("%s %g", field, value) << QString::fromLatin1(field) << value;
+        }
+    }
+    void storedNumbersOfAnySizeGiveAWholePixelWindow()
+    {
+        QFETCH(QString, field);
+        QFETCH(double, value);
+        Preferences p;
+        (field == u"width"            ? p.width
+         : field == u"height"         ? p.height
+         : field == u"offsetFromEdge" ? p.offsetFromEdge
+                                      : p.offsetFromNotch) = value;
+        constexpr int reach = 1 << 24;
+        for (const auto &display : {plainDisplay(), notchedDisplay()}) {
+            for (const NotchSide side : {NotchSide::left, NotchSide::right}) {
+                const Rect frame = NotchLayout::frame(side, NotchPresentation::expanded, p, display);
+                const QRect window = toWindowRect(frame, display.frame.height);
+                QVERIFY2(window.width() >= 0 && window.height() >= 0, qPrintable(field));
+                QVERIFY(std::abs(window.x()) <= reach && std::abs(window.y()) <= reach);
+                QVERIFY(window.width() <= reach && window.height() <= reach);
+                if (value == 1e300 && field == u"width")
+                    QCOMPARE(window, QRect(0, 0, int(display.frame.width), 340)); // the whole display's width
+            }
+        }
+    }
+
+    void windowRectOfAnOrdinaryFrameIsItsAlignedRect()
+    {
+        QCOMPARE(toWindowRect(Rect{100.5, 900, 76, 28}, 982), QRect(100, 54, 77, 28));
+        QCOMPARE(toWindowRect(Rect{-10, 0, -5, 0}, 982), QRect(-10, 982, 0, 0));
     }
 
     void snapshotsDifferingOnlyInPanelThicknessAreUnequal()
