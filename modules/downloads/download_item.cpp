@@ -27,6 +27,11 @@ QList<DownloadItem> newestFirst(QList<DownloadItem> items)
     return items;
 }
 
+bool isListedName(const QByteArray &name)
+{
+    return !name.isEmpty() && !name.startsWith('.');
+}
+
 DownloadItem::Status statusFor(std::optional<qint64> lastSize, qint64 size)
 {
     return lastSize && *lastSize != size ? DownloadItem::Status::downloading : DownloadItem::Status::ready;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QList>
 #include <QString>
@@ -34,6 +35,9 @@ bool isLater(const QDateTime &a, const QDateTime &b);
 
 // Newest first; equal dates keep their order; files without a date go last.
 QList<DownloadItem> newestFirst(QList<DownloadItem> items);
+
+// Whether a file of this name is listed at all: no hidden (dot) names.
+bool isListedName(const QByteArray &name);
 
 // A file is downloading when its size differs from the size last measured; a file
 // seen for the first time is ready.

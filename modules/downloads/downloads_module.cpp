@@ -1,8 +1,7 @@
 #include "modules/downloads/downloads_module.h"
 
+#include "platform/filesystem/folder_entries.h"
 #include "platform/xdg/url_opener.h"
-
-#include <QFileInfo>
 
 namespace ledgewise {
 
@@ -11,7 +10,16 @@ DownloadsModule::DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObje
     , m_store(store)
     , m_opener(opener)
 {
-    connect(&m_store, &DownloadsStore::itemsChanged, this, &DownloadsModule::rowsChanged);
+    m_rows = rowsOf(m_store.items());
+    connect(&m_store, &DownloadsStore::itemsChanged, this, [this] {
+        // A growing download changes its item many times a second, mostly its time,
+        // which no row shows: the panel is rebuilt only when a row would change.
+        QVariantList rows = rowsOf(m_store.items());
+        if (rows == m_rows)
+            return;
+        m_rows = std::move(rows);
+        emit rowsChanged();
+    });
 }
 
 QString DownloadsModule::stateLabel(DownloadItem::Status status)
@@ -19,10 +27,10 @@ QString DownloadsModule::stateLabel(DownloadItem::Status status)
     return status == DownloadItem::Status::downloading ? QStringLiteral("Downloading…") : QStringLiteral("Ready");
 }
 
-QVariantList DownloadsModule::rows() const
+QVariantList DownloadsModule::rowsOf(const QList<DownloadItem> &items)
 {
     QVariantList rows;
-    for (const DownloadItem &item : m_store.items()) {
+    for (const DownloadItem &item : items) {
         rows.append(QVariantMap{{QStringLiteral("name"), item.name},
                                 {QStringLiteral("state"), stateLabel(item.status)},
                                 {QStringLiteral("url"), item.url.toString()}});
@@ -34,8 +42,10 @@ void DownloadsModule::open(const QString &url)
 {
     // A file deleted since the list was drawn opens nothing: handed over, the desktop's
     // opener would show an error of its own.
+    // The path is taken from the URL's bytes: a name that is not UTF-8 keeps them there.
     const QUrl file(url);
-    if (!file.isLocalFile() || !QFileInfo::exists(file.toLocalFile()))
+    const QByteArray path = FolderEntries::pathOfUrl(file);
+    if (path.isEmpty() || !FolderEntries::exists(path))
         return;
     m_opener.open(file);
 }

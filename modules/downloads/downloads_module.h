@@ -14,13 +14,14 @@ class UrlOpener;
 class DownloadsModule final : public LedgewiseModule
 {
     Q_OBJECT
-    // One map per file, newest first: name, state ("Downloading…" or "Ready"), url.
+    // One map per file, newest first: name (readable even when the file's name is not
+    // UTF-8), state ("Downloading…" or "Ready"), url (keeping the name's real bytes).
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
 
 public:
     DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObject *parent = nullptr);
 
-    QVariantList rows() const;
+    QVariantList rows() const { return m_rows; }
     // Opens the file, even while it is still downloading; a file that is gone opens nothing
     // and says nothing.
     Q_INVOKABLE void open(const QString &url);
@@ -34,8 +35,11 @@ signals:
     void rowsChanged();
 
 private:
+    static QVariantList rowsOf(const QList<DownloadItem> &items);
+
     DownloadsStore &m_store;
     UrlOpener &m_opener;
+    QVariantList m_rows;
 };
 
 } // namespace ledgewise

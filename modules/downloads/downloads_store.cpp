@@ -1,74 +1,36 @@
 #include "modules/downloads/downloads_store.h"
 
+#include "modules/downloads/downloads_scanner.h"
+#include "platform/filesystem/folder_entries.h"
 #include "platform/filesystem/folder_watcher.h"
 #include "platform/xdg/standard_folders.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTimeZone>
 #include <QTimer>
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-
 namespace ledgewise {
-
-namespace {
-
-struct FolderEntry {
-    QString path;
-    QString name;
-    qint64 size = 0;
-    qint64 modifiedMs = 0; // a file on disk always has one
-};
-
-QString prefixed(const QString &folder)
-{
-    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
-}
-
-// The regular files of a folder's top level, with one lstat each: no folders, no
-// symbolic links, no hidden (dot) names. Empty when the folder cannot be read.
-QList<FolderEntry> regularFilesIn(const QString &folder)
-{
-    QList<FolderEntry> entries;
-    const QByteArray encoded = QFile::encodeName(folder);
-    DIR *dir = ::opendir(encoded.constData());
-    if (!dir)
-        return entries;
-    const int dirFd = ::dirfd(dir);
-    const QString prefix = prefixed(folder);
-    while (const dirent *entry = ::readdir(dir)) {
-        if (entry->d_name[0] == '.')
-            continue;
-        if (entry->d_type != DT_REG && entry->d_type != DT_UNKNOWN)
-            continue;
-        struct stat st {};
-        if (::fstatat(dirFd, entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode))
-            continue;
-        const QString name = QFile::decodeName(entry->d_name);
-        const qint64 modified = qint64(st.st_mtim.tv_sec) * 1000 + st.st_mtim.tv_nsec / 1'000'000;
-        entries.append({prefix + name, name, qint64(st.st_size), modified});
-    }
-    ::closedir(dir);
-    return entries;
-}
-
-} // namespace
 
 DownloadsStore::DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher,
                                QObject *parent)
     : QObject(parent)
     , m_folder(folder.value_or(StandardFolders::downloads()))
+    , m_folderPath(QFile::encodeName(m_folder))
     , m_watcher(std::move(watcher))
+    , m_burstTimer(new QTimer(this))
+    , m_scanner(std::make_unique<DownloadsScanner>())
 {
-    refresh();
+    m_burstTimer->setSingleShot(true);
+    m_burstTimer->setInterval(burstMs);
+    connect(m_burstTimer, &QTimer::timeout, this, &DownloadsStore::applyBurst);
+    connect(m_scanner.get(), &DownloadsScanner::finished, this, &DownloadsStore::takeScan);
+    // Watching before the first listing: nothing that changes in between is missed.
     if (m_watcher) {
-        connect(m_watcher.get(), &FolderWatcher::changed, this, &DownloadsStore::refresh);
+        connect(m_watcher.get(), &FolderWatcher::entriesChanged, this, &DownloadsStore::entriesChanged);
+        connect(m_watcher.get(), &FolderWatcher::everythingChanged, this, &DownloadsStore::refresh);
         m_watcher->watch(m_folder);
     }
+    refresh();
 }
 
 DownloadsStore::~DownloadsStore() = default;
@@ -83,71 +45,139 @@ bool DownloadsStore::isWatching() const
     return m_watcher && m_watcher->isWatching();
 }
 
+bool DownloadsStore::isScanning() const
+{
+    return m_scanner->isRunning();
+}
+
 void DownloadsStore::refresh()
 {
-    const QList<FolderEntry> entries = regularFilesIn(m_folder);
+    // What was heard of so far is in the listing; what comes while it runs is measured
+    // after it.
+    m_burst.clear();
+    m_burstTooLarge = false;
+    m_scanner->start(m_folderPath, m_index);
+}
 
-    // Every file is measured; only the newest few become items.
-    QList<DownloadItem> all;
-    all.reserve(entries.size());
-    for (const FolderEntry &entry : entries) {
-        const auto last = m_lastSizes.constFind(entry.path);
-        const auto status =
-            DownloadRules::statusFor(last == m_lastSizes.cend() ? std::nullopt : std::optional(*last), entry.size);
-        m_lastSizes.insert(entry.path, entry.size);
-        if (status == DownloadItem::Status::downloading)
-            scheduleSettleCheck(entry.path);
-        // The URL is made below, only for the few that are shown.
-        all.append({QUrl(), entry.name, QDateTime::fromMSecsSinceEpoch(entry.modifiedMs, QTimeZone::utc()), status});
+void DownloadsStore::entriesChanged(const QList<QByteArray> &names)
+{
+    if (!m_burstTooLarge) {
+        for (const QByteArray &name : names)
+            m_burst.insert(name);
+        if (m_burst.size() > largestBurst) {
+            m_burst.clear();
+            m_burstTooLarge = true;
+        }
     }
-    QList<DownloadItem> newest = DownloadRules::newestFirst(std::move(all));
-    if (newest.size() > DownloadRules::maximumItems)
-        newest.resize(DownloadRules::maximumItems);
-    for (DownloadItem &item : newest)
-        item.url = QUrl::fromLocalFile(prefixed(m_folder) + item.name);
-    if (newest != m_items) {
-        m_items = std::move(newest);
+    if (!m_burstTimer->isActive())
+        m_burstTimer->start();
+}
+
+void DownloadsStore::applyBurst()
+{
+    if (isScanning())
+        return; // taken in once the listing is
+    if (m_burstTooLarge) {
+        refresh();
+        return;
+    }
+    const QSet<QByteArray> names = std::exchange(m_burst, {});
+    for (const QByteArray &name : names) {
+        const DownloadsIndex::Entry *before = m_index.find(name);
+        const std::optional<qint64> sizeBefore = before ? std::optional(before->facts.size) : std::nullopt;
+        const auto status = m_index.measured(name, FolderEntries::regularFile(pathOf(name)));
+        if (!status) {
+            if (sizeBefore && m_settleWork.contains(name))
+                m_goneSizes.insert(name, *sizeBefore);
+            continue;
+        }
+        m_goneSizes.remove(name); // back again: the index holds its size
+        if (*status == DownloadItem::Status::downloading)
+            scheduleSettleCheck(name);
+    }
+    publish();
+}
+
+void DownloadsStore::takeScan(const DownloadsIndex &index, const QList<QByteArray> &downloading)
+{
+    // A file with a settle check due that the listing no longer holds keeps its last
+    // size for that check.
+    for (auto it = m_settleWork.cbegin(); it != m_settleWork.cend(); ++it) {
+        const DownloadsIndex::Entry *before = m_index.find(it.key());
+        if (index.find(it.key()))
+            m_goneSizes.remove(it.key());
+        else if (before)
+            m_goneSizes.insert(it.key(), before->facts.size);
+    }
+    m_index = index;
+    for (const QByteArray &name : downloading)
+        scheduleSettleCheck(name);
+    publish();
+    emit scanFinished();
+    if (!m_burst.isEmpty() || m_burstTooLarge)
+        applyBurst();
+}
+
+void DownloadsStore::publish()
+{
+    QList<DownloadItem> items;
+    for (const QByteArray &name : m_index.newest()) {
+        const DownloadsIndex::Entry *entry = m_index.find(name);
+        const QDateTime modified = QDateTime::fromMSecsSinceEpoch(entry->facts.modifiedNs / 1'000'000, QTimeZone::utc());
+        items.append({FolderEntries::urlOfPath(pathOf(name)), FolderEntries::readableName(name), modified, entry->status});
+    }
+    if (items != m_items) {
+        m_items = std::move(items);
         emit itemsChanged();
     }
 }
 
-void DownloadsStore::scheduleSettleCheck(const QString &path)
+void DownloadsStore::scheduleSettleCheck(const QByteArray &name)
 {
     // Each change pushes the check back: it runs only once the file has been quiet
     // for the whole delay.
-    QTimer *&timer = m_settleWork[path];
+    QTimer *&timer = m_settleWork[name];
     if (!timer) {
         timer = new QTimer(this);
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
         timer->setInterval(settleDelayMs);
-        connect(timer, &QTimer::timeout, this, [this, path] { settleCheck(path); });
+        connect(timer, &QTimer::timeout, this, [this, name] { settleCheck(name); });
     }
     timer->start();
 }
 
-void DownloadsStore::settleCheck(const QString &path)
+void DownloadsStore::settleCheck(const QByteArray &name)
 {
-    const QFileInfo info(path);
-    const qint64 size = info.exists() ? info.size() : 0;
-    const auto last = m_lastSizes.constFind(path);
-    const std::optional<qint64> previous = last == m_lastSizes.cend() ? std::nullopt : std::optional(*last);
-    m_lastSizes.insert(path, size);
-
+    const auto facts = FolderEntries::regularFile(pathOf(name));
+    const qint64 size = facts ? facts->size : 0;
+    const DownloadsIndex::Entry *entry = m_index.find(name);
+    const auto gone = m_goneSizes.constFind(name);
+    const std::optional<qint64> previous = entry ? std::optional(entry->facts.size)
+        : gone != m_goneSizes.cend()              ? std::optional(*gone)
+                                                  : std::nullopt;
     const auto status = DownloadRules::statusFor(previous, size);
-    const QUrl url = QUrl::fromLocalFile(path);
-    for (DownloadItem &item : m_items) {
-        if (item.url == url) {
-            if (item.status != status) {
-                item.status = status;
-                emit itemsChanged();
-            }
-            break;
-        }
+    if (entry)
+        m_index.settled(name, size, status);
+    else
+        m_goneSizes.insert(name, size);
+    publish();
+    emit settleChecked(FolderEntries::readableName(pathOf(name)));
+
+    if (status == DownloadItem::Status::downloading) {
+        scheduleSettleCheck(name);
+        return;
     }
-    emit settleChecked(path);
-    if (status == DownloadItem::Status::downloading)
-        scheduleSettleCheck(path);
+    // Settled: nothing about this file is kept beyond its entry in the index. This
+    // runs inside the timer's own signal, so the timer goes once that returns.
+    m_goneSizes.remove(name);
+    if (QTimer *timer = m_settleWork.take(name))
+        timer->deleteLater();
+}
+
+QByteArray DownloadsStore::pathOf(const QByteArray &name) const
+{
+    return FolderEntries::childPath(m_folderPath, name);
 }
 
 } // namespace ledgewise

@@ -1,8 +1,10 @@
 #include "platform/filesystem/folder_watcher.h"
 
 #include <QFile>
+#include <QSet>
 #include <QSocketNotifier>
 
+#include <cstring>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -38,20 +40,27 @@ bool InotifyFolderWatcher::watch(const QString &folder)
 
 void InotifyFolderWatcher::drain()
 {
-    // Everything queued so far is one change for the listener.
+    // Everything queued so far is one report for the listener.
     alignas(inotify_event) char buffer[16 * 1024];
-    bool any = false;
+    QSet<QByteArray> names;
+    bool everything = false;
     bool gone = false;
     ssize_t length = 0;
     while ((length = ::read(m_fd, buffer, sizeof buffer)) > 0) {
-        any = true;
         for (const char *at = buffer; at < buffer + length;) {
             const auto *event = reinterpret_cast<const inotify_event *>(at);
+            // The kernel's queue was full and dropped events: which entries they
+            // named is lost.
+            if (event->mask & IN_Q_OVERFLOW)
+                everything = true;
             // The folder was deleted or its file system unmounted (the kernel has
             // dropped the watch), or it was moved away (the watch would follow it to
             // a path that is not the one watched).
             if (event->mask & (IN_IGNORED | IN_MOVE_SELF))
                 gone = true;
+            // The name is padded with NULs up to `len`.
+            if (event->len > 0 && event->name[0] != '\0')
+                names.insert(QByteArray(event->name, qsizetype(::strnlen(event->name, event->len))));
             at += sizeof(inotify_event) + event->len;
         }
     }
@@ -62,8 +71,10 @@ void InotifyFolderWatcher::drain()
         m_notifier = nullptr;
         stop();
     }
-    if (any)
-        emit changed();
+    if (everything || gone)
+        emit everythingChanged();
+    else if (!names.isEmpty())
+        emit entriesChanged(names.values());
 }
 
 void InotifyFolderWatcher::stop()

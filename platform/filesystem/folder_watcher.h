@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QString>
 
@@ -7,9 +9,9 @@ class QSocketNotifier;
 
 namespace ledgewise {
 
-// Tells when anything in a folder's top level changes: an entry added, removed or
-// renamed, or a file in it written to, grown or touched. Events that arrive together
-// are reported as one.
+// Tells what changed in a folder's top level: which entries were added, removed,
+// renamed, written to, grown or touched, by their names as the file system holds them
+// (raw bytes, not necessarily UTF-8). Events that arrive together are reported as one.
 class FolderWatcher : public QObject
 {
     Q_OBJECT
@@ -23,11 +25,16 @@ public:
     virtual bool isWatching() const = 0;
 
 signals:
-    void changed();
+    // These entries changed; each name appears once.
+    void entriesChanged(const QList<QByteArray> &names);
+    // Anything may have changed: events were lost, or the folder itself was deleted
+    // or moved away (the watch then ends). Only a full look at the folder tells.
+    void everythingChanged();
 };
 
 // The real one, on inotify. Unlike a directory watch through QFileSystemWatcher it also
-// hears writes into files of the folder, which is how a growing download shows.
+// hears writes into files of the folder, which is how a growing download shows, and it
+// names the entries each event is about.
 class InotifyFolderWatcher final : public FolderWatcher
 {
     Q_OBJECT

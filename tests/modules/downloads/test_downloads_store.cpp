@@ -100,9 +100,25 @@ int openDescriptors()
     return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
 }
 
+// The folder is listed in the background: true once that listing is in.
+[[nodiscard]] bool scanned(const DownloadsStore &store)
+{
+    return QTest::qWaitFor([&store] { return !store.isScanning(); }, 10000);
+}
+
+[[nodiscard]] bool rescanned(DownloadsStore &store)
+{
+    store.refresh();
+    return scanned(store);
+}
+
+// A watching store once its first listing is in.
 std::unique_ptr<DownloadsStore> watching(const QString &folder)
 {
-    return std::make_unique<DownloadsStore>(folder, std::make_unique<InotifyFolderWatcher>());
+    auto store = std::make_unique<DownloadsStore>(folder, std::make_unique<InotifyFolderWatcher>());
+    if (!scanned(*store))
+        qWarning("the first listing did not finish");
+    return store;
 }
 
 const QDateTime base = QDateTime(QDate(2026, 11, 1), QTime(12, 0), QTimeZone::utc());
@@ -195,7 +211,7 @@ private slots:
         auto store = watching(notAFolder);
         QVERIFY(store->items().isEmpty());
         QVERIFY(!store->isWatching());
-        store->refresh();
+        QVERIFY(rescanned(*store));
         QVERIFY(store->items().isEmpty());
     }
 
@@ -212,14 +228,14 @@ private slots:
         makeFile(folder, 10); // a regular file where the folder was
         QTRY_VERIFY(store->items().isEmpty());
         QTRY_VERIFY(!store->isWatching());
-        store->refresh();
+        QVERIFY(rescanned(*store));
         QVERIFY(store->items().isEmpty());
 
         // A folder again: the next rescan lists it.
         QVERIFY(QFile::remove(folder));
         QVERIFY(QDir().mkpath(folder));
         makeFile(folder + "/b.txt", 1);
-        store->refresh();
+        QVERIFY(rescanned(*store));
         QCOMPARE(names(*store), QStringList({"b.txt"}));
     }
 
@@ -343,7 +359,7 @@ private slots:
         QCOMPARE(store->items().size(), 1);
         QVERIFY(QDir(folder).removeRecursively());
         QTRY_VERIFY(store->items().isEmpty());
-        store->refresh();
+        QVERIFY(rescanned(*store));
         QVERIFY(store->items().isEmpty());
     }
 
