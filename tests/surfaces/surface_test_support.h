@@ -4,6 +4,7 @@
 
 #include "app/preferences_store.h"
 #include "dragdrop/drop_payload.h"
+#include "dragdrop/drop_saves.h"
 #include "modules/module_registry.h"
 #include "modules/timer/timer_module.h"
 #include "surfaces/surface_context.h"
@@ -46,7 +47,14 @@ public:
     std::optional<QString> newestDownloadName() override { return std::nullopt; }
     std::optional<QString> runningCountdownText() override { return countdown; }
     QObject *timerSession() override { return nullptr; }
-    void performDropAction(DropAction action, const DropPayload &) override { performed << rawValue(action); }
+    void performDropAction(DropAction action, const DropPayload &payload) override
+    {
+        performed << rawValue(action);
+        // As the application does, when a test gives the surfaces a saves model.
+        if (action == DropAction::save && saves)
+            saves->save(payload);
+    }
+    DropSaves *dropSaves() override { return saves; }
     void openSettings() override {}
     void checkForUpdates() override {}
     void quit() override {}
@@ -57,6 +65,7 @@ public:
     ModuleRegistry registry;
     std::optional<QString> countdown;
     QStringList performed;
+    DropSaves *saves = nullptr;
 };
 
 inline QString xdotool(const QStringList &arguments)
