@@ -37,6 +37,23 @@ double primaryHeight()
     return primary ? primary->geometry().height() : 0;
 }
 
+// Marks the surface windows among our own: every other window of ours is a dialog,
+// a menu or another window the user works in.
+constexpr char surfaceWindowProperty[] = "ledgewiseSurfaceWindow";
+
+bool isSurfaceWindow(const QWindow *window)
+{
+    return window && window->property(surfaceWindowProperty).toBool();
+}
+
+// One of our own windows other than a surface lies on screen under `point` (the X
+// server's stacking, not Qt's idea of it).
+bool ownDialogOrMenuAt(const QPoint &point)
+{
+    const QWindow *window = QGuiApplication::topLevelAt(point);
+    return window && !isSurfaceWindow(window);
+}
+
 QEasingCurve surfaceCurve()
 {
     QEasingCurve curve(QEasingCurve::BezierSpline);
@@ -81,6 +98,7 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
                     | Qt::X11BypassWindowManagerHint);
     window.setTitle(windowTitle(side));
+    window.setProperty(surfaceWindowProperty, true);
     window.setColor(Qt::transparent);
     window.setResizeMode(QQuickView::SizeRootObjectToView);
     window.installEventFilter(m_catcher.get());
@@ -313,10 +331,7 @@ void NotchWindowController::installCollapseMonitors()
     // Clicks in other applications reach us as raw events; our own through the
     // application's event stream. Either only schedules the check.
     m_globalMonitor = std::make_unique<GlobalClickMonitor>();
-    connect(m_globalMonitor.get(), &GlobalClickMonitor::buttonPressed, this, [this](int button) {
-        if (button == 1)
-            QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
-    });
+    connect(m_globalMonitor.get(), &GlobalClickMonitor::buttonPressed, this, &NotchWindowController::pressedAnywhere);
     qApp->installEventFilter(this);
     m_localMonitor = true;
 }
@@ -329,11 +344,31 @@ void NotchWindowController::removeCollapseMonitors()
     m_localMonitor = false;
 }
 
+void NotchWindowController::pressedAnywhere(int button, quint32 time)
+{
+    if (button != 1)
+        return;
+    // A press in one of our own dialogs or menus is not a click elsewhere. Qt may have
+    // delivered it already (its time was noted), or not yet (then its window is still
+    // on screen: only the release that follows can close it). Decided now, not in the
+    // queued check, by when the click may have closed the dialog.
+    if (time == m_lastOwnWindowPress || QGuiApplication::modalWindow() || ownDialogOrMenuAt(QCursor::pos()))
+        return;
+    QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
+}
+
 bool NotchWindowController::eventFilter(QObject *watched, QEvent *event)
 {
     if (m_localMonitor && event->type() == QEvent::MouseButtonPress && watched->isWindowType()
         && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton) {
-        QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
+        const auto *press = static_cast<QMouseEvent *>(event);
+        const auto *window = static_cast<QWindow *>(watched);
+        // A menu holding the pointer is sent presses from anywhere: only one that lands
+        // inside it is a press in our own window.
+        if (!isSurfaceWindow(window) && window->geometry().contains(press->globalPosition().toPoint()))
+            m_lastOwnWindowPress = quint32(press->timestamp());
+        else
+            QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }
@@ -341,6 +376,10 @@ bool NotchWindowController::eventFilter(QObject *watched, QEvent *event)
 void NotchWindowController::collapseIfClickOutside()
 {
     if (m_surface.presentation() != NotchPresentation::expanded)
+        return;
+    // While one of our own modal dialogs is open (a file chooser the surface asked for),
+    // the surface waits for it.
+    if (QGuiApplication::modalWindow())
         return;
     if (!m_window->geometry().contains(QCursor::pos()))
         m_behaviour.clickedOutside();

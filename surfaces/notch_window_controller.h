@@ -124,6 +124,7 @@ private:
     void followTextFocus();
     void installCollapseMonitors();
     void removeCollapseMonitors();
+    void pressedAnywhere(int button, quint32 time);
     void collapseIfClickOutside();
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool reduceMotion() const;
@@ -139,6 +140,9 @@ private:
     std::unique_ptr<GlobalClickMonitor> m_globalMonitor;
     bool m_localMonitor = false;
     QString m_dropNotice;
+    // X time of the last press Qt delivered inside one of our own dialogs or menus: the
+    // global monitor's report of that same press is not a click elsewhere.
+    quint32 m_lastOwnWindowPress = 0;
     QTimer m_hideWork;
     QVariantAnimation m_animation;
     QVariantAnimation m_fade;

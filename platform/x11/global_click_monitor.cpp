@@ -55,10 +55,12 @@ void GlobalClickMonitor::readEvents()
         const bool rawPress = (event->response_type & 0x7f) == XCB_GE_GENERIC
             && reinterpret_cast<xcb_ge_generic_event_t *>(event)->extension == m_xinputOpcode
             && reinterpret_cast<xcb_ge_generic_event_t *>(event)->event_type == XCB_INPUT_RAW_BUTTON_PRESS;
-        const int button = rawPress ? int(reinterpret_cast<xcb_input_raw_button_press_event_t *>(event)->detail) : 0;
+        const auto *press = reinterpret_cast<xcb_input_raw_button_press_event_t *>(event);
+        const int button = rawPress ? int(press->detail) : 0;
+        const quint32 time = rawPress ? quint32(press->time) : 0;
         std::free(event);
         if (rawPress)
-            emit buttonPressed(button);
+            emit buttonPressed(button, time);
     }
 }
 

@@ -22,7 +22,9 @@ public:
     bool isActive() const { return m_notifier != nullptr; }
 
 signals:
-    void buttonPressed(int button);
+    // `time` is the X server's time of the press, the same as the timestamp of the
+    // mouse event Qt delivers when the press lands in one of our own windows.
+    void buttonPressed(int button, quint32 time);
 
 private:
     void readEvents();

@@ -1,6 +1,7 @@
 // The panels inside real surfaces, driven with xdotool: typing a site into the
 // launcher, opening it in the default browser and removing it, pinning and starting an
-// application, starting a countdown that turns the sleeping surfaces active, copying
+// application and a file through the real file chooser (clicked about in, answered
+// or cancelled), starting a countdown that turns the sleeping surfaces active, copying
 // back from the clipboard history, and the newest Downloads.
 #include "app/app_model.h"
 #include "app/preferences_store.h"
@@ -18,7 +19,6 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTimer>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSignalSpy>
@@ -160,66 +160,96 @@ private slots:
         writeFile(entryPath, "[Desktop Entry]\nType=Application\nName=Marker\nExec=sh -c \"echo started > ran.txt\" %U\nPath="
                                  + m_home.toUtf8() + "\n");
 
-        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
-        NotchWindowController *right = surface(NotchSide::right);
-        right->behaviour().toggleExpanded();
-        QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+        NotchWindowController *right = openLauncher();
+        QVERIFY(right);
         QQuickItem *root = right->window()->rootObject();
-        QQuickItem *addApp = nullptr;
-        QTRY_VERIFY((addApp = findItem(root, QStringLiteral("addApp"))) && placed(addApp));
 
-        // "App" opens the file chooser, modally: it is answered from inside its own loop.
-        QString title;
-        QString startFolder;
-        QTimer answer;
-        answer.setInterval(100);
-        int tries = 0;
-        connect(&answer, &QTimer::timeout, this, [&] {
-            QFileDialog *dialog = nullptr;
-            for (QWidget *widget : QApplication::topLevelWidgets()) {
-                if (auto *found = qobject_cast<QFileDialog *>(widget); found && found->isVisible())
-                    dialog = found;
-            }
-            // Never left waiting in the chooser's loop, whatever happens.
-            if (!dialog) {
-                if (++tries > 150) {
-                    answer.stop();
-                    if (QWidget *modal = QApplication::activeModalWidget())
-                        modal->close();
-                }
-                return;
-            }
-            answer.stop();
-            title = dialog->windowTitle();
-            startFolder = dialog->directory().absolutePath();
-            // Typed into its file name field, then Return, as the user answers it.
-            auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-            if (!name) {
-                dialog->close();
-                return;
-            }
-            name->setFocus();
-            QTest::keyClicks(name, entryPath);
-            QTest::keyClick(name, Qt::Key_Return);
-            QTimer::singleShot(10000, dialog, [dialog] { dialog->close(); }); // not accepted: fail, not hang
-        });
-        answer.start();
-        clickOn(addApp);
+        // "App" opens the chooser; the user clicks about inside it before answering.
+        QProcess user;
+        clickInsideChooserOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise."));
+        clickOn(findItem(root, QStringLiteral("addApp")));
+        QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
+        QCOMPARE(user.exitCode(), 0);
+        QFileDialog *dialog = openChooser();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Choose an app to pin in Ledgewise."));
+        QCOMPARE(dialog->directory().absolutePath(), QStringLiteral("/usr/share/applications"));
+        // Clicks in Ledgewise's own dialog are not clicks elsewhere.
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+
+        answerChooser(dialog, entryPath);
         QTRY_COMPARE_WITH_TIMEOUT(m_model->prefs().current().launcherItems.size(), 1, 15000);
-        QCOMPARE(title, QStringLiteral("Choose an app to pin in Ledgewise."));
-        QCOMPARE(startFolder, QStringLiteral("/usr/share/applications"));
+        QTRY_VERIFY(!openChooser());
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
         QQuickItem *row = nullptr;
         QTRY_VERIFY((row = findItem(root, QStringLiteral("launcherRow_0"))) && placed(row));
         QCOMPARE(findItem(row, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("Marker"));
         QCOMPARE(findItem(row, QStringLiteral("rowSymbol"))->property("name").toString(), QStringLiteral("app"));
-        // The chooser took the pointer and the keyboard; the surface may have closed meanwhile.
-        if (right->surface()->presentation() != NotchPresentation::expanded)
-            right->behaviour().toggleExpanded();
-        QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::expanded);
-        QTRY_VERIFY((row = findItem(right->window()->rootObject(), QStringLiteral("launcherRow_0"))) && placed(row));
         clickOn(findItem(row, QStringLiteral("rowTitle")));
         QTRY_COMPARE_WITH_TIMEOUT(readAll(ran), QByteArray("started\n"), 15000);
+    }
+
+    void fileChosenAfterClicksInsideTheChooserIsPinned()
+    {
+        const QString notes = QDir(m_home).filePath(QStringLiteral("notes.txt"));
+        writeFile(notes, "notes");
+        NotchWindowController *right = openLauncher();
+        QVERIFY(right);
+        QProcess user;
+        clickInsideChooserOnceShown(user, QStringLiteral("Choose a file to pin in Ledgewise."));
+        clickOn(findItem(right->window()->rootObject(), QStringLiteral("addFile")));
+        QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
+        QCOMPARE(user.exitCode(), 0);
+        QFileDialog *dialog = openChooser();
+        QVERIFY(dialog);
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+
+        answerChooser(dialog, notes);
+        QTRY_COMPARE_WITH_TIMEOUT(m_model->prefs().current().launcherItems.size(), 1, 15000);
+        const LauncherItem pinned = m_model->prefs().current().launcherItems.constFirst();
+        QCOMPARE(pinned.title, QStringLiteral("notes"));
+        QCOMPARE(pinned.kind, LauncherItem::Kind::file);
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+
+        // With no dialog of ours open, a click in another application's window closes it.
+        QProcess other;
+        other.start(qEnvironmentVariable("WINDOW_HELPER"), {QStringLiteral("600"), QStringLiteral("500"),
+                                                            QStringLiteral("200"), QStringLiteral("150")});
+        QVERIFY(other.waitForReadyRead(10000));
+        QCOMPARE(other.readLine().trimmed(), QByteArray("ready"));
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("575"), QStringLiteral("click"),
+                 QStringLiteral("1")});
+        QByteArray said;
+        QTRY_VERIFY((said += other.readAll()).contains("pressed 700 575"));
+        QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
+        other.kill();
+        other.waitForFinished();
+    }
+
+    void cancelledChooserPinsNothingAndKeepsTheSurfaceOpen()
+    {
+        NotchWindowController *right = openLauncher();
+        QVERIFY(right);
+        QProcess user;
+        clickInsideChooserOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise."));
+        clickOn(findItem(right->window()->rootObject(), QStringLiteral("addApp")));
+        QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
+        QVERIFY(openChooser());
+
+        // A click in another application while the chooser is open leaves the surface
+        // open: it waits for the dialog it asked for.
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("5"), QStringLiteral("970"), QStringLiteral("click"),
+                 QStringLiteral("1")});
+        // The clicks inside gave the chooser the keyboard: Escape cancels it.
+        xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
+        QTRY_VERIFY(!openChooser());
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+        QVERIFY(m_model->prefs().current().launcherItems.isEmpty());
+        // Nothing answers late either.
+        QCoreApplication::processEvents();
+        QVERIFY(m_model->prefs().current().launcherItems.isEmpty());
+        QVERIFY(findItem(right->window()->rootObject(), QStringLiteral("launcherHint"))->isVisible());
     }
 
     void leftSurfaceShowsTheNewestDownloads()
@@ -311,6 +341,70 @@ private:
             QTRY_COMPARE(field->property("text").toString(), text);
         }();
         return right;
+    }
+
+    // The right surface open on the launcher, its "App" and "File" buttons laid out.
+    NotchWindowController *openLauncher()
+    {
+        m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
+        NotchWindowController *right = surface(NotchSide::right);
+        right->behaviour().toggleExpanded();
+        bool ready = false;
+        [&] {
+            QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+            QQuickItem *root = right->window()->rootObject();
+            QTRY_VERIFY(placed(findItem(root, QStringLiteral("addApp"))) && placed(findItem(root, QStringLiteral("addFile"))));
+            ready = true;
+        }();
+        return ready ? right : nullptr;
+    }
+
+    // The user, as a process of its own: once the chooser titled `title` shows, it
+    // clicks inside it in its middle (the file list) and near two of its corners.
+    // Being another process, it drives the chooser whatever our event loop is doing.
+    static void clickInsideChooserOnceShown(QProcess &user, const QString &title)
+    {
+        static const char script[] = R"sh(
+id=$(xdotool search --sync --onlyvisible --name "^$1\$" | head -n1)
+[ -n "$id" ] || exit 1
+eval "$(xdotool getwindowgeometry --shell "$id")"
+for point in "$((X + WIDTH / 2)) $((Y + HEIGHT / 2))" "$((X + 8)) $((Y + HEIGHT - 8))" "$((X + WIDTH - 8)) $((Y + 8))"; do
+  xdotool mousemove $point click 1 || exit 1
+  sleep 0.3 # apart, so that no two clicks make a double click
+done
+)sh";
+        user.start(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLatin1(script), QStringLiteral("user"), title});
+        QVERIFY(user.waitForStarted());
+    }
+
+    // The visible file chooser, if any.
+    static QFileDialog *openChooser()
+    {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (auto *dialog = qobject_cast<QFileDialog *>(widget); dialog && dialog->isVisible())
+                return dialog;
+        }
+        return nullptr;
+    }
+
+    // Types `path` into the chooser's file name field and presses Return, as a user
+    // answers it (again, once its completion list has taken the first Return).
+    void answerChooser(QFileDialog *dialog, const QString &path)
+    {
+        auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        QVERIFY(name);
+        const QPoint centre = name->mapToGlobal(name->rect().center());
+        xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
+                 QStringLiteral("click"), QStringLiteral("1")});
+        QTRY_VERIFY(name->hasFocus());
+        xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
+        xdotool({QStringLiteral("type"), path});
+        QTRY_COMPARE(name->text(), path);
+        for (int attempt = 0; attempt < 3 && openChooser(); ++attempt) {
+            xdotool({QStringLiteral("key"), QStringLiteral("Return")});
+            if (QTest::qWaitFor([] { return !openChooser(); }, 3000))
+                break;
+        }
     }
 
     NotchWindowController *surface(NotchSide side) const

@@ -13,6 +13,9 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QQmlEngine>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRasterWindow>
 #include <QMimeData>
 #include <QQuickItem>
 #include <QQuickView>
@@ -27,6 +30,34 @@ using namespace ledgewise;
 using namespace ledgewise::testing;
 
 
+
+namespace {
+
+// A dialog of Ledgewise's own: a release inside it presses its one button, which
+// closes it.
+class OwnDialog : public QRasterWindow
+{
+public:
+    explicit OwnDialog(const QRect &geometry, Qt::WindowModality modality = Qt::NonModal)
+    {
+        setFlags(Qt::Dialog);
+        setModality(modality);
+        setGeometry(geometry);
+        show();
+    }
+    int presses = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent *) override { ++presses; }
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        if (event->position().y() > height() / 2)
+            hide();
+    }
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(QRect(QPoint(), size()), Qt::gray); }
+};
+
+} // namespace
 
 class TestSurfaceWindows : public QObject
 {
@@ -327,6 +358,49 @@ private slots:
         clickAt(QPoint(80 + 38, 14)); // inside: the surface takes it
         QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
         QCOMPARE(behind.presses().size(), 1);
+    }
+
+    void aClickInOneOfOurOwnDialogsKeepsTheSurfaceOpen()
+    {
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        // A dialog of ours whose button closes it when the click is released: the
+        // release may be handled before the press reaches the surface's check.
+        OwnDialog dialog(QRect(600, 500, 200, 150));
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        clickAt(QPoint(650, 520));
+        clickAt(QPoint(700, 600)); // released on its button
+        QTRY_VERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.presses, 2);
+        QTest::qWait(300);
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
+        // Gone, its place is elsewhere again.
+        clickAt(QPoint(700, 600));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+    }
+
+    void whileOurModalDialogIsOpenAClickInAnotherApplicationKeepsTheSurfaceOpen()
+    {
+        HelperWindow other(QRect(1000, 500, 200, 150));
+        QVERIFY(other.isReady());
+        m_fixture->controller->rebuild(false);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
+        clickAt(QPoint(80 + 38, 14));
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
+        OwnDialog dialog(QRect(400, 400, 200, 150), Qt::ApplicationModal);
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        clickAt(QPoint(1100, 575));
+        QTRY_COMPARE(other.presses(), QStringList{QStringLiteral("1100 575")});
+        QTest::qWait(300);
+        QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
+        // Once the dialog is answered, the next click there closes the surface.
+        dialog.close();
+        QTRY_VERIFY(!QGuiApplication::modalWindow());
+        clickAt(QPoint(1100, 575));
+        QTRY_COMPARE(other.presses().size(), 2);
+        QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
     }
 
     void aClickOnTheShadowReachesTheWindowBehind()
