@@ -3,6 +3,8 @@
 #include "app/screenshot_tour.h"
 #include "app/unix_signal_quit.h"
 #include "platform/dbus/application_service.h"
+#include "platform/xdg/instance_lock.h"
+#include "platform/xdg/standard_folders.h"
 
 #include <QCoreApplication>
 #include <QQuickWindow>
@@ -62,10 +64,21 @@ int main(int argc, char *argv[])
     // command or a signal does.
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
+    // One Ledgewise per user's data, before any store reads or writes it. The bus hands
+    // a second start over to the first; the lock holds even where there is no bus.
+    InstanceLock lock(StandardFolders::applicationData());
+    const bool locked = lock.tryLock();
     ApplicationService service;
-    if (!service.registerOnSessionBus() && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
+    if ((!locked || !service.registerOnSessionBus()) && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
         std::fputs("Ledgewise is already running.\n", stdout);
         return 0;
+    }
+    if (!locked) {
+        const qint64 holder = lock.holder();
+        std::fprintf(stderr, "Ledgewise is already running%s and cannot be reached; not starting a second one (lock: %s).\n",
+                     holder > 0 ? qPrintable(QStringLiteral(" as process %1").arg(holder)) : "",
+                     qPrintable(lock.path()));
+        return 1;
     }
 
     UnixSignalQuit signalQuit;

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <memory>
 
 namespace {
 
@@ -188,6 +189,53 @@ private slots:
         QCOMPARE(m_app->exitCode(), 0);
     }
 
+    void secondStartWithoutASessionBusExitsAndLeavesTheHistoryAlone()
+    {
+        // No bus at all: a dead address, so that nothing can start one either.
+        auto first = startWithoutBus();
+        QVERIFY(first);
+        QVERIFY(copyToClipboard("copied while the first one runs"));
+        const QString history = historyFile();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile(history).size() > 0, 10000);
+        const QByteArray before = readAll(history);
+        QVERIFY(before.contains("copied while the first one runs"));
+
+        QProcess second;
+        second.setProcessEnvironment(environmentWithoutBus());
+        second.start(executable(), {});
+        QVERIFY(second.waitForFinished(20000));
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 1);
+        const QByteArray said = second.readAllStandardError();
+        QVERIFY2(said.startsWith("Ledgewise is already running as process " + QByteArray::number(first->processId())), said);
+        QCOMPARE(said.count('\n'), 1);
+        QCOMPARE(first->state(), QProcess::Running);
+        QCOMPARE(readAll(history), before);
+
+        // The first one still keeps the history.
+        QVERIFY(copyToClipboard("copied after the second start"));
+        QTRY_VERIFY_WITH_TIMEOUT(readAll(history).contains("copied after the second start"), 10000);
+        first->terminate();
+        QVERIFY(first->waitForFinished(10000));
+        QCOMPARE(first->exitCode(), 0);
+    }
+
+    void lockOfAKilledInstanceDoesNotBlockTheNextStart()
+    {
+        auto killed = startWithoutBus();
+        QVERIFY(killed);
+        killed->kill(); // SIGKILL: the lock file stays behind
+        QVERIFY(killed->waitForFinished(10000));
+        QVERIFY(QFile::exists(lockFile()));
+
+        auto next = startWithoutBus();
+        QVERIFY(next);
+        QCOMPARE(readAll(lockFile()).split('\n').value(0), QByteArray::number(next->processId()));
+        next->terminate();
+        QVERIFY(next->waitForFinished(10000));
+        QCOMPARE(next->exitCode(), 0);
+    }
+
 private:
     static QString xdotool(const QStringList &arguments)
     {
@@ -195,6 +243,63 @@ private:
         process.start(QStringLiteral("xdotool"), arguments);
         process.waitForFinished(10000);
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    static QProcessEnvironment environmentWithoutBus()
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/bus"));
+        return environment;
+    }
+
+    static QString dataFolder()
+    {
+        return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)).filePath(QStringLiteral("Ledgewise"));
+    }
+    static QString historyFile() { return QDir(dataFolder()).filePath(QStringLiteral("clipboard.json")); }
+    static QString lockFile() { return QDir(dataFolder()).filePath(QStringLiteral("ledgewise.lock")); }
+
+    static QByteArray readAll(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // Another application copies `text`.
+    static bool copyToClipboard(const QByteArray &text)
+    {
+        QProcess xclip;
+        xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+        if (!xclip.waitForStarted())
+            return false;
+        xclip.write(text);
+        xclip.closeWriteChannel();
+        return xclip.waitForFinished(5000) && xclip.exitCode() == 0;
+    }
+
+    // Ledgewise started with no session bus; returned once its surfaces are on screen.
+    std::unique_ptr<QProcess> startWithoutBus()
+    {
+        auto app = std::make_unique<QProcess>();
+        app->setProcessEnvironment(environmentWithoutBus());
+        app->setProcessChannelMode(QProcess::ForwardedChannels);
+        app->start(executable(), {});
+        if (!app->waitForStarted(10000))
+            return nullptr;
+        const QString pid = QString::number(app->processId());
+        const bool shown = QTest::qWaitFor(
+            [&] {
+                return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"), pid,
+                                 QStringLiteral("--name"), QStringLiteral("Ledgewise left surface")})
+                            .isEmpty();
+            },
+            15000);
+        if (!shown) {
+            app->kill();
+            app->waitForFinished();
+            return nullptr;
+        }
+        return app;
     }
 
     void startApp()

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+
+namespace ledgewise {
+
+// One Ledgewise at a time per user's data, bus or no bus: a lock file next to the
+// clipboard history it protects, held for the life of the process. A lock left by a
+// process that is gone (killed, crashed) is taken over; the kernel's lock on the open
+// file keeps a live holder's lock from ever being judged stale.
+class InstanceLock
+{
+public:
+    // `folder` holds the lock file; created (0700) when missing.
+    explicit InstanceLock(const QString &folder);
+    InstanceLock(const InstanceLock &) = delete;
+    InstanceLock &operator=(const InstanceLock &) = delete;
+
+    // True when this process holds the lock now; false when another live process
+    // holds it or the file cannot be made.
+    bool tryLock();
+    QString path() const { return m_path; }
+    // The holder's process id when another process holds the lock, else 0.
+    qint64 holder() const;
+
+private:
+    QString m_path;
+    QLockFile m_file;
+};
+
+} // namespace ledgewise
