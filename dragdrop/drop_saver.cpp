@@ -156,11 +156,28 @@ Step copyFile(Work &work, const QByteArray &from, const QByteArray &to)
     if (work.buffer.empty())
         work.buffer.resize(size_t(chunkSize));
 
+    // The kernel copies between the two files itself while it can: no trip through this
+    // process, and a shared-block clone where the file system offers one. Should it
+    // refuse (another file system, an old kernel) or stop short, and for files that
+    // report no size (those under /proc), the bytes are read and written here, going
+    // on from where it stopped; a write error then shows as itself.
+    bool inKernel = info.st_size > 0;
     Step step = Step::done;
     for (;;) {
         if (work.stopped()) {
             step = Step::cancelled;
             break;
+        }
+        if (inKernel) {
+            const ssize_t copied = ::copy_file_range(in.get(), nullptr, out.get(), nullptr, size_t(chunkSize), 0);
+            if (copied < 0 && errno == EINTR)
+                continue;
+            if (copied > 0) {
+                work.advance(copied);
+                continue;
+            }
+            inKernel = false;
+            continue;
         }
         const ssize_t read = ::read(in.get(), work.buffer.data(), work.buffer.size());
         if (read < 0 && errno == EINTR)

@@ -211,6 +211,16 @@ private slots:
         QCOMPARE(entries(downloads.path()), QStringList());
     }
 
+    void fileThatReportsNoSizeIsCopiedWhole()
+    {
+        // Files under /proc say they are empty and still have something to read.
+        QTemporaryDir downloads;
+        QCOMPARE(DropActions::save(filePayload({QStringLiteral("/proc/self/status")}), downloads.path()), SaveOutcome::saved);
+        QFile copy(downloads.filePath("status"));
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        QVERIFY(copy.readAll().startsWith("Name:"));
+    }
+
     void fileLargerThanTheDiskAllowsLeavesNothing()
     {
         QTemporaryDir source, downloads;
