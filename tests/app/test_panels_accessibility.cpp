@@ -1,6 +1,7 @@
 // The panels as a screen reader meets them: over the accessibility bus (AT-SPI), the
 // buttons, rows and the address field of the clipboard, timer and launcher panels are
-// found by name and role, and pressing them does what clicking does.
+// found by name and role, and pressing them does what clicking does; and where they
+// are, to click them (the launcher's App, and the file chooser it opens).
 #include "app/preferences_codec.h"
 #include "tests/support/ledgewise_process.h"
 
@@ -173,6 +174,57 @@ private slots:
 
         app.terminate();
         QVERIFY(app.waitForFinished(10000));
+        QCOMPARE(app.exitCode(), 0);
+    }
+
+    void appPinnedThroughTheChooserAfterClicksInsideItKeepsLedgewiseRunning()
+    {
+        // An application of the user's own to pin.
+        const QString entry = QDir::home().filePath(QStringLiteral("marker.desktop"));
+        QFile file(entry);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Desktop Entry]\nType=Application\nName=Marker\nExec=true\n");
+        file.close();
+        ledgewise::Preferences preferences;
+        preferences.style = ledgewise::NotchStyle::classic;
+        preferences.animateInterface = false;
+        storePreferences(preferences);
+
+        QProcess app;
+        QVERIFY(startLedgewise(app));
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
+        clickSurface(QStringLiteral("right"));
+        // "App", clicked where the screen reader says it is.
+        const QStringList appButton = QString::fromUtf8(probe("centre", "push button", "App")).split(QLatin1Char(' '));
+        QCOMPARE(appButton.size(), 2);
+        QProcess user;
+        QVERIFY(clickInsideOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise.")));
+        xdotool({QStringLiteral("mousemove"), appButton[0], appButton[1], QStringLiteral("click"), QStringLiteral("1")});
+        QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
+        QCOMPARE(user.exitCode(), 0);
+        QCOMPARE(app.state(), QProcess::Running);
+        // The surface stayed open under the dialog.
+        QCOMPARE(probe("find", "push button", "App"), QByteArray("found"));
+
+        // The Desktop Entry typed into the chooser's file name field.
+        const QStringList name = QString::fromUtf8(probe("centre", "text", "File name:")).split(QLatin1Char(' '));
+        QCOMPARE(name.size(), 2);
+        xdotool({QStringLiteral("mousemove"), name[0], name[1], QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
+        xdotool({QStringLiteral("type"), entry});
+        // Return, again if its completion list took the first one.
+        for (int attempt = 0; attempt < 3 && launcherTitlesOnDisk().isEmpty(); ++attempt) {
+            xdotool({QStringLiteral("key"), QStringLiteral("Return")});
+            if (QTest::qWaitFor([] { return !launcherTitlesOnDisk().isEmpty(); }, 3000))
+                break;
+        }
+        QCOMPARE(launcherTitlesOnDisk(), QStringList({"Marker"}));
+        QCOMPARE(probe("absent", "dialog", "Choose an app to pin in Ledgewise."), QByteArray("absent"));
+        QCOMPARE(app.state(), QProcess::Running);
+
+        app.terminate();
+        QVERIFY(app.waitForFinished(10000));
+        QCOMPARE(app.exitStatus(), QProcess::NormalExit);
         QCOMPARE(app.exitCode(), 0);
     }
 

@@ -51,4 +51,23 @@ inline QByteArray pasteElsewhere(const QString &target = QString())
     return xclip.readAllStandardOutput();
 }
 
+// The user, as a process of its own: once a window titled exactly `title` shows, it
+// clicks inside it in its middle and near two of its corners, a little apart. Being
+// another process, it goes on whatever the application's event loop is doing (a test
+// that drives its own application waits for `user` to finish).
+inline bool clickInsideOnceShown(QProcess &user, const QString &title)
+{
+    static const char script[] = R"sh(
+id=$(xdotool search --sync --onlyvisible --name "^$1\$" | head -n1)
+[ -n "$id" ] || exit 1
+eval "$(xdotool getwindowgeometry --shell "$id")"
+for point in "$((X + WIDTH / 2)) $((Y + HEIGHT / 2))" "$((X + 8)) $((Y + HEIGHT - 8))" "$((X + WIDTH - 8)) $((Y + 8))"; do
+  xdotool mousemove $point click 1 || exit 1
+  sleep 0.3 # apart, so that no two clicks make a double click
+done
+)sh";
+    user.start(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLatin1(script), QStringLiteral("user"), title});
+    return user.waitForStarted();
+}
+
 } // namespace ledgewise::testing
