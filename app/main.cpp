@@ -67,7 +67,12 @@ int main(int argc, char *argv[])
     // One Ledgewise per user's data, before any store reads or writes it. The bus hands
     // a second start over to the first; the lock holds even where there is no bus.
     InstanceLock lock(StandardFolders::applicationData());
-    const bool locked = lock.tryLock();
+    const InstanceLock::Outcome locking = lock.tryLock();
+    // Where no lock file can be made, no history can be written either: run, and say so.
+    if (locking == InstanceLock::Outcome::unavailable)
+        std::fprintf(stderr, "Ledgewise cannot make its lock file %s; a second start would not be stopped.\n",
+                     qPrintable(lock.path()));
+    const bool locked = locking != InstanceLock::Outcome::heldByOther;
     ApplicationService service;
     if ((!locked || !service.registerOnSessionBus()) && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
         std::fputs("Ledgewise is already running.\n", stdout);

@@ -20,7 +20,7 @@ InstanceLock::InstanceLock(const QString &folder)
     m_file.setStaleLockTime(0);
 }
 
-bool InstanceLock::tryLock()
+InstanceLock::Outcome InstanceLock::tryLock()
 {
     const QString folder = QFileInfo(m_path).absolutePath();
     if (!QDir(folder).exists()) {
@@ -28,7 +28,9 @@ bool InstanceLock::tryLock()
         QDir().mkpath(folder);
         QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
-    return m_file.isLocked() || m_file.tryLock(0);
+    if (m_file.isLocked() || m_file.tryLock(0))
+        return Outcome::held;
+    return m_file.error() == QLockFile::LockFailedError ? Outcome::heldByOther : Outcome::unavailable;
 }
 
 qint64 InstanceLock::holder() const

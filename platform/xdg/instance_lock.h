@@ -17,9 +17,12 @@ public:
     InstanceLock(const InstanceLock &) = delete;
     InstanceLock &operator=(const InstanceLock &) = delete;
 
-    // True when this process holds the lock now; false when another live process
-    // holds it or the file cannot be made.
-    bool tryLock();
+    enum class Outcome {
+        held,        // this process holds the lock now
+        heldByOther, // another live process holds it
+        unavailable, // no lock file can be made there (a read-only folder, say)
+    };
+    Outcome tryLock();
     QString path() const { return m_path; }
     // The holder's process id when another process holds the lock, else 0.
     qint64 holder() const;
