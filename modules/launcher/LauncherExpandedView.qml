@@ -56,6 +56,20 @@ ColumnLayout {
         }
     }
 
+    Text {
+        objectName: "launcherNotice"
+        visible: text.length > 0
+        Layout.fillWidth: true
+        text: view.module.notice
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
+        color: NotchChrome.ivory
+        opacity: 0.7
+        font.pixelSize: 11
+    }
+
     RowLayout {
         spacing: 6
         Repeater {

@@ -111,6 +111,14 @@ QByteArray makeBookmark(const QString &path)
 
 std::optional<QString> resolveBookmark(const QByteArray &bookmark)
 {
+    const BookmarkTarget target = locateBookmark(bookmark);
+    if (target.state != BookmarkState::found)
+        return std::nullopt;
+    return target.path;
+}
+
+BookmarkTarget locateBookmark(const QByteArray &bookmark)
+{
     QDataStream in(bookmark);
     quint8 version = 0;
     QString path;
@@ -118,11 +126,14 @@ std::optional<QString> resolveBookmark(const QByteArray &bookmark)
     quint64 inode = 0;
     in >> version >> path >> device >> inode;
     if (in.status() != QDataStream::Ok || version != 1 || path.isEmpty())
-        return std::nullopt;
+        return {};
     // The path is what the reference names; a file that is no longer there cannot be opened.
-    if (!QFileInfo::exists(path))
-        return std::nullopt;
-    return path;
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return {BookmarkState::missing, path};
+    if (quint64(st.st_dev) != device || quint64(st.st_ino) != inode)
+        return {BookmarkState::changed, path};
+    return {BookmarkState::found, path};
 }
 
 namespace {
@@ -156,28 +167,38 @@ std::optional<ProgramCommand> desktopEntryCommand(const QString &path)
     return DesktopEntry::command(*entry, path);
 }
 
-void open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher)
+OpenResult open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher)
 {
     if (item.kind == LauncherItem::Kind::website) {
         if (!item.urlString)
-            return;
+            return OpenResult::unavailable;
         const QUrl url(*item.urlString, QUrl::StrictMode);
-        if (url.isValid() && !url.scheme().isEmpty())
-            opener.open(url);
-        return;
+        if (!url.isValid() || url.scheme().isEmpty())
+            return OpenResult::unavailable;
+        opener.open(url);
+        return OpenResult::opened;
     }
     if (!item.bookmarkData)
-        return;
-    const auto path = resolveBookmark(*item.bookmarkData);
-    if (!path)
-        return;
-    if (item.kind == LauncherItem::Kind::application && path->endsWith(QLatin1String(".desktop"))) {
-        // Started as the desktop starts it, never opened in an editor.
-        if (const auto command = desktopEntryCommand(*path))
+        return OpenResult::unavailable;
+    const BookmarkTarget target = locateBookmark(*item.bookmarkData);
+    if (target.state == BookmarkState::missing)
+        return OpenResult::unavailable;
+    if (item.kind == LauncherItem::Kind::application && target.path.endsWith(QLatin1String(".desktop"))) {
+        // An installed application's Desktop Entry is replaced by every update of its
+        // package (a new inode each time): it is followed by its path, and started as
+        // the desktop starts it, never opened in an editor.
+        if (const auto command = desktopEntryCommand(target.path)) {
             launcher.launch(*command);
-        return;
+            return OpenResult::opened;
+        }
+        return OpenResult::unavailable;
     }
-    opener.open(QUrl::fromLocalFile(*path));
+    // A file is handed to whatever opens its type: only the file the user pinned, never
+    // one put in its place since.
+    if (target.state == BookmarkState::changed)
+        return OpenResult::changed;
+    opener.open(QUrl::fromLocalFile(target.path));
+    return OpenResult::opened;
 }
 
 } // namespace ledgewise::LauncherActions

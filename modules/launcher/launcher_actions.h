@@ -40,9 +40,20 @@ std::optional<LauncherItem> websiteItem(const QString &draft);
 // brackets of an IPv6 address.
 QString typedHost(const QString &address);
 
-// The opaque reference to a file (path, device and inode) and the way back to a path.
+// The opaque reference to a file (path, device and inode) and the way back to the path
+// of that very file (nothing when it is gone or another file is in its place).
 QByteArray makeBookmark(const QString &path);
 std::optional<QString> resolveBookmark(const QByteArray &bookmark);
+
+// What a reference finds now: the file it was made for, nothing at its path (or a
+// reference that does not read), or another file at its path (another device or
+// inode: replaced, or moved away and something else put there).
+enum class BookmarkState { found, missing, changed };
+struct BookmarkTarget {
+    BookmarkState state = BookmarkState::missing;
+    QString path; // the path the reference names, when it reads
+};
+BookmarkTarget locateBookmark(const QByteArray &bookmark);
 
 // A Desktop Entry's Name (translated), and the command its Exec, Path and Terminal
 // keys start. Nothing when the file is not one or its Exec line is broken.
@@ -50,8 +61,12 @@ std::optional<QString> desktopEntryName(const QString &path);
 std::optional<ProgramCommand> desktopEntryCommand(const QString &path);
 
 // Opens an entry: an application is started as the desktop starts it, a file opens in
-// its default application, a site in the default browser. Failures are silent.
-void open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher);
+// its default application, a site in the default browser. Failures are silent; the
+// caller tells the user about a changed file.
+// What opening an entry came to. A pinned file is opened only while it is the very
+// file that was pinned; another file put in its place is left alone (`changed`).
+enum class OpenResult { opened, unavailable, changed };
+OpenResult open(const LauncherItem &item, UrlOpener &opener, ProgramLauncher &launcher);
 
 } // namespace LauncherActions
 } // namespace ledgewise

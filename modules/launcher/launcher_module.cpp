@@ -4,6 +4,13 @@
 
 namespace ledgewise {
 
+namespace {
+
+// Long enough to read the line, short enough not to linger over the next visit.
+constexpr int noticeSeconds = 6;
+
+} // namespace
+
 LauncherModule::LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener,
                                ProgramLauncher &launcher, QObject *parent)
     : LedgewiseModule(ModuleID::launcher, parent)
@@ -13,6 +20,21 @@ LauncherModule::LauncherModule(PreferencesStore &store, FileChooser &chooser, Ur
     , m_launcher(launcher)
 {
     connect(&m_store, &PreferencesStore::currentChanged, this, &LauncherModule::rowsChanged);
+    m_noticeExpiry.setSingleShot(true);
+    m_noticeExpiry.setInterval(noticeSeconds * 1000);
+    connect(&m_noticeExpiry, &QTimer::timeout, this, [this] { setNotice({}); });
+}
+
+void LauncherModule::setNotice(const QString &notice)
+{
+    if (notice.isEmpty())
+        m_noticeExpiry.stop();
+    else
+        m_noticeExpiry.start();
+    if (notice == m_notice)
+        return;
+    m_notice = notice;
+    emit noticeChanged();
 }
 
 QVariantList LauncherModule::rows() const
@@ -72,7 +94,10 @@ void LauncherModule::open(const QString &id)
     const QUuid uuid = QUuid::fromString(id);
     for (const LauncherItem &item : m_store.current().launcherItems) {
         if (item.id == uuid) {
-            LauncherActions::open(item, m_opener, m_launcher);
+            const auto result = LauncherActions::open(item, m_opener, m_launcher);
+            setNotice(result == LauncherActions::OpenResult::changed
+                          ? QStringLiteral("“%1” has changed since it was pinned.").arg(item.title)
+                          : QString());
             return;
         }
     }

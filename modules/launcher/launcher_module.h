@@ -3,6 +3,7 @@
 #include "app/preferences_store.h"
 #include "modules/ledgewise_module.h"
 
+#include <QTimer>
 #include <QVariantList>
 
 namespace ledgewise {
@@ -18,12 +19,16 @@ class LauncherModule final : public LedgewiseModule
     Q_OBJECT
     // One map per entry, in list order: id, title, symbol.
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+    // One short line after an open that did nothing for a reason the user must know (a
+    // pinned file replaced by another since); empty otherwise, and again after a while.
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
     LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener, ProgramLauncher &launcher,
                    QObject *parent = nullptr);
 
     QVariantList rows() const;
+    QString notice() const { return m_notice; }
 
     // The typed address rule; true when an entry was added (the field is then cleared).
     Q_INVOKABLE bool addWebsite(const QString &draft);
@@ -39,15 +44,19 @@ public:
 
 signals:
     void rowsChanged();
+    void noticeChanged();
 
 private:
     void append(const LauncherItem &item);
     void pickAndAppend(LauncherItem::Kind kind);
+    void setNotice(const QString &notice);
 
     PreferencesStore &m_store;
     FileChooser &m_chooser;
     UrlOpener &m_opener;
     ProgramLauncher &m_launcher;
+    QString m_notice;
+    QTimer m_noticeExpiry;
 };
 
 } // namespace ledgewise

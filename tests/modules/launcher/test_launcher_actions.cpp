@@ -1,7 +1,9 @@
 #include "app/preferences_codec.h"
 #include "modules/launcher/launcher_actions.h"
+#include "modules/launcher/launcher_module.h"
 #include "platform/xdg/file_chooser.h"
 #include "platform/xdg/program_launcher.h"
+#include "tests/support/fake_key_value_store.h"
 #include "tests/support/recording_url_opener.h"
 
 #include <QDir>
@@ -10,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -272,6 +275,98 @@ private slots:
         garbage.bookmarkData = QByteArray(notAReference, sizeof notAReference - 1);
         LauncherActions::open(garbage, opener, launcher);
         QVERIFY(opener.opened.isEmpty());
+    }
+
+    void pinnedFileReplacedByAnotherOfTheSameNameOpensNothing()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("notes.txt");
+        writeFile(path, "what was pinned");
+        const auto pinned = LauncherActions::itemForFile(LauncherItem::Kind::file, path);
+        QVERIFY(pinned && pinned->bookmarkData);
+        // Replaced the way editors and downloads replace files: a new file renamed over it.
+        writeFile(path + ".new", "something else");
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::rename(path + ".new", path));
+
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        QCOMPARE(LauncherActions::open(*pinned, opener, launcher), LauncherActions::OpenResult::changed);
+        QVERIFY(opener.opened.isEmpty());
+        QCOMPARE(LauncherActions::locateBookmark(*pinned->bookmarkData).state, LauncherActions::BookmarkState::changed);
+        QCOMPARE(LauncherActions::resolveBookmark(*pinned->bookmarkData), std::nullopt);
+
+        // Pinned again, the new file opens.
+        const auto again = LauncherActions::itemForFile(LauncherItem::Kind::file, path);
+        QCOMPARE(LauncherActions::open(*again, opener, launcher), LauncherActions::OpenResult::opened);
+        QCOMPARE(opener.opened, QList<QUrl>{QUrl::fromLocalFile(path)});
+    }
+
+    void pinnedFileChangedInPlaceStillOpens()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("notes.txt");
+        writeFile(path, "first");
+        const auto pinned = LauncherActions::itemForFile(LauncherItem::Kind::file, path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write(" and more");
+        file.close();
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        QCOMPARE(LauncherActions::open(*pinned, opener, launcher), LauncherActions::OpenResult::opened);
+        QCOMPARE(opener.opened, QList<QUrl>{QUrl::fromLocalFile(path)});
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(LauncherActions::open(*pinned, opener, launcher), LauncherActions::OpenResult::unavailable);
+    }
+
+    void pinnedAppWhoseDesktopEntryAPackageUpdateReplacedStillStarts()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("org.example.Notes.desktop");
+        writeFile(path, "[Desktop Entry]\nName=Notes\nExec=notes\n");
+        const auto pinned = LauncherActions::itemForFile(LauncherItem::Kind::application, path);
+        writeFile(path + ".dpkg-new", "[Desktop Entry]\nName=Notes\nExec=notes --new\n");
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::rename(path + ".dpkg-new", path));
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        QCOMPARE(LauncherActions::open(*pinned, opener, launcher), LauncherActions::OpenResult::opened);
+        QCOMPARE(launcher.launched, QStringList{QStringLiteral("notes --new")});
+    }
+
+    void moduleSaysAPinnedFileHasChangedUntilTheNextOpen()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("report.pdf");
+        writeFile(path, "%PDF");
+        FakeKeyValueStore settings;
+        PreferencesStore store(settings);
+        ScriptedChooser chooser;
+        RecordingUrlOpener opener;
+        RecordingLauncher launcher;
+        LauncherModule module(store, chooser, opener, launcher);
+        QSignalSpy noticed(&module, &LauncherModule::noticeChanged);
+        chooser.answer = path;
+        module.addFile();
+        QVERIFY(chooser.answerWith(path));
+        QCOMPARE(store.current().launcherItems.size(), 1);
+        const QString id = store.current().launcherItems.first().id.toString(QUuid::WithoutBraces);
+        module.addWebsite(QStringLiteral("example.org"));
+        const QString site = store.current().launcherItems.last().id.toString(QUuid::WithoutBraces);
+
+        writeFile(path + ".part", "%PDF other");
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::rename(path + ".part", path));
+        module.open(id);
+        QVERIFY(opener.opened.isEmpty());
+        QCOMPARE(module.notice(), QStringLiteral("“report” has changed since it was pinned."));
+        QCOMPARE(noticed.count(), 1);
+
+        module.open(site); // anything else opened: the line goes
+        QCOMPARE(module.notice(), QString());
+        QCOMPARE(noticed.count(), 2);
+        QCOMPARE(opener.opened, QList<QUrl>{QUrl(QStringLiteral("https://example.org"))});
     }
 
     void symbolsAndMessages()

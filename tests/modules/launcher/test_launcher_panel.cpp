@@ -241,6 +241,30 @@ private slots:
         QCoreApplication::processEvents(); // its answer: cancelled
         QCOMPARE(f.store.current().launcherItems.size(), 1);
     }
+
+    void pinnedFileReplacedSinceSaysSoUnderTheRows()
+    {
+        Fixture f;
+        QTemporaryDir folder;
+        const QString path = folder.filePath("plan.odt");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        f.chooser.answer = path;
+        HostedPanel::press(f.panel.item(QStringLiteral("addFile")));
+        QTRY_VERIFY(f.row(0));
+        QVERIFY(!f.panel.visible(QStringLiteral("launcherNotice")));
+
+        QFile replacement(path + ".new");
+        QVERIFY(replacement.open(QIODevice::WriteOnly));
+        replacement.close();
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::rename(path + ".new", path));
+        HostedPanel::press(f.row(0));
+        QVERIFY(f.opener.opened.isEmpty());
+        QTRY_VERIFY(f.panel.visible(QStringLiteral("launcherNotice")));
+        QCOMPARE(f.panel.text(QStringLiteral("launcherNotice")), QStringLiteral("“plan” has changed since it was pinned."));
+    }
 };
 
 QTEST_MAIN(TestLauncherPanel)
