@@ -64,8 +64,10 @@ private slots:
         QStringList answers;
         chooser.chooseFile(QStringLiteral("Choose"), QString(), QString(), &asker,
                            [&](const QString &answer) { answers << answer; });
-        chooser.openDialog()->reject();
+        QPointer<QFileDialog> dialog = chooser.openDialog();
+        dialog->reject();
         QCOMPARE(answers, QStringList{QString()});
+        QTRY_VERIFY(!dialog);
     }
 
     void aNewRequestCancelsTheChooserStillOpen()
