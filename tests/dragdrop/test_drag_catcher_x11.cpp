@@ -116,6 +116,29 @@ private slots:
         QCOMPARE(m_handler.log, QStringList());
     }
 
+    void dragOfRelativeFileLinksIsNeverFiles()
+    {
+        // Read against the working folder, "file:." would be whatever folder this
+        // process runs in. The list holds no file; what is left is the text X offers
+        // for any link list (shown as it is, saved as Dropped.txt).
+        const QString list = QStringLiteral("file:.\r\nfile:..\r\nfile:notes.txt\r\n");
+        startDrag({list, QStringLiteral("text/uri-list")});
+        pointerTo(centre);
+        const QString asText = QStringLiteral("file:.\nfile:..\nfile:notes.txt\n");
+        QTRY_COMPARE(m_handler.log, QStringList({"enter " + asText}));
+        QCOMPARE(release(), QByteArray("copy"));
+        QTRY_COMPARE(m_handler.log, QStringList({"enter " + asText, "drop " + asText}));
+    }
+
+    void dragOfAnAbsoluteFileLinkAmongRelativeOnesKeepsOnlyIt()
+    {
+        startDrag({QStringLiteral("file:.\r\nfile:///tmp/report.pdf\r\n"), QStringLiteral("text/uri-list")});
+        pointerTo(centre);
+        QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf"}));
+        QCOMPARE(release(), QByteArray("copy"));
+        QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf", "drop report.pdf"}));
+    }
+
 private:
     // Presses on another application's window and carries its drag, in steps as a hand
     // does, to just below the surface.
