@@ -10,7 +10,8 @@ namespace ledgewise {
 
 QRegion roundedRegion(const QSize &size, double radius)
 {
-    if (radius <= 0)
+    // A stored radius may be any double: one that is not a number gives square corners.
+    if (!(radius > 0))
         return QRegion(QRect(QPoint(0, 0), size));
     const double r = std::min({radius, size.width() / 2.0, size.height() / 2.0});
     QPainterPath path;
