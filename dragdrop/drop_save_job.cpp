@@ -1,5 +1,8 @@
 #include "dragdrop/drop_save_job.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <chrono>
 
 namespace ledgewise {
@@ -30,6 +33,8 @@ void DropSaveJob::start()
     if (m_worker.joinable())
         return;
     m_worker = std::thread([this] {
+        // A save may take minutes; the surfaces and every other program come first.
+        ::setpriority(PRIO_PROCESS, ::gettid(), 10);
         auto lastReport = std::chrono::steady_clock::now() - progressInterval;
         const auto report = [this, &lastReport](qint64 done, qint64 total) {
             const auto now = std::chrono::steady_clock::now();
