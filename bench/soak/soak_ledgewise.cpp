@@ -285,14 +285,17 @@ int main(int argc, char *argv[])
     QElapsedTimer clock;
     clock.start();
     qint64 nextSample = 5000;
+    qint64 nextReport = 60000;
     while (clock.elapsed() < seconds * 1000LL && ledgewise.state() == QProcess::Running) {
         oneRound(counts.rounds, scratch, copier, counts);
         if (clock.elapsed() >= nextSample) {
             last = residentKilobytes(pid);
             highest = std::max(highest, last);
-            nextSample += 5000;
-            if (nextSample % 60000 < 5000)
-                bench::print("soak: resident memory at", QStringLiteral("%1 s: %2").arg(clock.elapsed() / 1000).arg(megabytes(last)));
+            nextSample = clock.elapsed() + 5000;
+        }
+        if (clock.elapsed() >= nextReport) {
+            bench::print("soak: resident memory at", QStringLiteral("%1 s: %2").arg(clock.elapsed() / 1000).arg(megabytes(last)));
+            nextReport += 60000;
         }
     }
     if (ledgewise.state() != QProcess::Running) {

@@ -402,7 +402,7 @@ private:
     {
         m_app = std::make_unique<QProcess>();
         m_app->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        QVERIFY(startLedgewise(*m_app));
+        QVERIFY2(startLedgewise(*m_app), qPrintable(m_app->errorString()));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 15000);
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 15000);
         m_openSide.clear();
