@@ -1,6 +1,5 @@
 #include "dragdrop/drop_actions.h"
 
-#include "dragdrop/unique_name.h"
 #include "platform/clipboard/pasteboard.h"
 #include "platform/xdg/url_opener.h"
 
