@@ -149,11 +149,18 @@ qsizetype utf8Size(QStringView text, qsizetype limit)
     // Every UTF-16 unit is at least one byte: a text longer than the limit is over it.
     if (text.size() > limit)
         return limit + 1;
+    // One, two or three bytes a unit; a surrogate pair is four bytes in all, not six.
+    // Kept to one plain loop: it runs over megabytes on the main thread.
+    const char16_t *units = text.utf16();
+    const qsizetype size = text.size();
     qsizetype bytes = 0;
-    for (qsizetype i = 0; i < text.size() && bytes <= limit;) {
-        const auto [width, units] = utf8Width(text, i);
-        bytes += width;
-        i += units;
+    for (qsizetype i = 0; i < size; ++i) {
+        const char16_t unit = units[i];
+        bytes += 1 + (unit >= 0x80) + (unit >= 0x800);
+        if (QChar::isHighSurrogate(unit) && i + 1 < size && QChar::isLowSurrogate(units[i + 1])) {
+            bytes += 1; // with the three counted for this unit, four for the pair
+            ++i;
+        }
     }
     return std::min(bytes, limit + 1);
 }

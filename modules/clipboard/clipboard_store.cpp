@@ -2,6 +2,7 @@
 
 #include "modules/clipboard/clipboard_rules.h"
 #include "platform/clipboard/pasteboard.h"
+#include "platform/clipboard/pasteboard_snapshot.h"
 #include "platform/xdg/standard_folders.h"
 
 #include <QDir>
@@ -35,6 +36,7 @@ ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> st
     , m_capacity(capacity)
     , m_writer(QDir(m_storageDirectory).filePath(QLatin1String(historyFileName)))
     , m_images(QDir(m_storageDirectory).filePath(QLatin1String(imagesFolderName)))
+    , m_fetcher(pasteboard.backgroundReader())
 {
     makePrivateFolder(m_storageDirectory);
     makePrivateFolder(imagesDirectory());
@@ -43,6 +45,7 @@ ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> st
         removeLeftovers();
     connect(&m_writer, &HistoryWriter::saved, this, &ClipboardStore::historySaved);
     connect(&m_images, &ImageEncoder::finished, this, [this] { addFinishedImages(true); });
+    connect(&m_fetcher, &ClipboardFetcher::fetched, this, &ClipboardStore::takeFetched);
 
     m_pollTimer.setInterval(500);
     m_pollTimer.setTimerType(Qt::CoarseTimer);
@@ -151,16 +154,35 @@ void ClipboardStore::pollPasteboard()
         return;
     // The counter moves on first, so our own writes are swallowed here too.
     m_lastChangeCount = count;
+    if (!m_isWriting && m_fetcher.isAvailable()) {
+        m_fetcher.fetch(count); // looked at when the read is back
+        return;
+    }
     if (!m_isWriting)
-        ingest();
+        ingest(m_pasteboard);
     emit pasteboardChecked();
 }
 
-void ClipboardStore::ingest()
+void ClipboardStore::takeFetched()
 {
-    if (ClipboardRules::isSecret(m_pasteboard))
+    for (const ClipboardFetcher::Fetched &fetched : m_fetcher.takeFetched()) {
+        // Only a read of the newest change counts: after it another application copied
+        // again (its own read follows) or we copied an entry back (never captured).
+        if (fetched.changeCount == m_lastChangeCount) {
+            if (fetched.contents)
+                ingest(SnapshotPasteboard(*fetched.contents));
+            else
+                ingest(m_pasteboard);
+        }
+        emit pasteboardChecked();
+    }
+}
+
+void ClipboardStore::ingest(const Pasteboard &clipboard)
+{
+    if (ClipboardRules::isSecret(clipboard))
         return;
-    const Capture capture = ClipboardRules::classify(m_pasteboard, m_items);
+    const Capture capture = ClipboardRules::classify(clipboard, m_items);
     switch (capture.kind) {
     case Capture::Kind::nothing:
         return;

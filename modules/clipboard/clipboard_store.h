@@ -1,5 +1,6 @@
 #pragma once
 
+#include "modules/clipboard/clipboard_fetcher.h"
 #include "modules/clipboard/clipboard_item.h"
 #include "modules/clipboard/history_writer.h"
 #include "modules/clipboard/image_encoder.h"
@@ -18,8 +19,9 @@ class Pasteboard;
 // The private history of what the user copies: text, web links and images, newest
 // first, kept on disk in "clipboard.json" with the images beside it. Captures every
 // change of the clipboard except its own writes and what a password manager marks
-// secret. The history file is written, and copied pictures converted, on threads of
-// their own; the main thread only decides what to keep.
+// secret. The clipboard is read (where the platform allows), the history file written
+// and copied pictures converted on threads of their own; the main thread only decides
+// what to keep.
 class ClipboardStore : public QObject
 {
     Q_OBJECT
@@ -65,13 +67,15 @@ signals:
     // the last change, once this has been emitted and no other change followed.
     void historySaved();
     // The store has looked at one new change of the clipboard, whether it kept it or
-    // not (a repeat, white space, a secret, our own copy-back).
+    // not (a repeat, white space, a secret, our own copy-back, a change already
+    // replaced by a newer one). A picture's entry follows once it is converted.
     void pasteboardChecked();
 
 private:
     void beginMonitoring();
     void pollPasteboard();
-    void ingest();
+    void takeFetched();
+    void ingest(const Pasteboard &clipboard);
     void addText(const QString &text);
     void storeImage(const QByteArray &data);
     void addFinishedImages(bool announce);
@@ -94,6 +98,7 @@ private:
     QTimer m_pollTimer;
     HistoryWriter m_writer;
     ImageEncoder m_images;
+    ClipboardFetcher m_fetcher;
 };
 
 } // namespace ledgewise

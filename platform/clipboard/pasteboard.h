@@ -6,6 +6,10 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <atomic>
+#include <functional>
+#include <memory>
+
 class QMimeData;
 
 namespace ledgewise {
@@ -34,6 +38,13 @@ public:
     QString text() const;
     // The entries of the offered URI list, in order; broken entries are skipped.
     QList<QUrl> urls() const;
+
+    // Opens a reader of the clipboard for use on one other thread, so large contents are
+    // fetched without holding up this one. Empty where the platform has none (then read
+    // here); the reader it makes is null when it cannot connect. `cancelled` ends a
+    // read in progress early. The function itself may be called from any thread.
+    using BackgroundReader = std::function<std::unique_ptr<Pasteboard>(const std::atomic_bool &cancelled)>;
+    virtual BackgroundReader backgroundReader() const { return {}; }
 
     // Empties the clipboard (counts as a change).
     virtual void clearContents() = 0;

@@ -1,5 +1,7 @@
 #include "platform/clipboard/qt_pasteboard.h"
 
+#include "platform/clipboard/x11_selection_reader.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -38,6 +40,18 @@ void QtPasteboard::clearContents()
 void QtPasteboard::setContents(QMimeData *contents)
 {
     m_clipboard->setMimeData(contents, QClipboard::Clipboard);
+}
+
+Pasteboard::BackgroundReader QtPasteboard::backgroundReader() const
+{
+    if (!announcesChanges())
+        return {};
+    return [](const std::atomic_bool &cancelled) -> std::unique_ptr<Pasteboard> {
+        auto reader = std::make_unique<X11SelectionReader>(cancelled);
+        if (!reader->isOpen())
+            return nullptr;
+        return reader;
+    };
 }
 
 void QtPasteboard::clipboardChanged()

@@ -22,6 +22,8 @@ public:
     QByteArray data(const QString &mimeType) const override;
     void clearContents() override;
     void setContents(QMimeData *contents) override;
+    // On X11: an X11SelectionReader on a connection of its own.
+    BackgroundReader backgroundReader() const override;
 
 private:
     void clipboardChanged();

@@ -189,14 +189,29 @@ private slots:
         QCOMPARE(ClipboardRules::classify(pasteboard, {newest}).kind, Capture::Kind::text);
     }
 
+    void textIsMeasuredInUtf8()
+    {
+        const QString emoji = QString::fromUcs4(U"\U0001F600");
+        QCOMPARE(ClipboardRules::utf8Size(QStringLiteral("abc"), 100), 3);
+        QCOMPARE(ClipboardRules::utf8Size(QStringLiteral("\u00e9\u20ac"), 100), 5);
+        QCOMPARE(ClipboardRules::utf8Size(emoji, 100), 4);
+        QCOMPARE(ClipboardRules::utf8Size(QString(QChar(0xd800)), 100), 3); // written as U+FFFD
+        const QString mixed = QStringLiteral("a\u00e9\u20ac") + emoji + QChar(0xdc00) + QStringLiteral("z");
+        QCOMPARE(ClipboardRules::utf8Size(mixed, 100), 1 + 2 + 3 + 4 + 3 + 1);
+        QCOMPARE(ClipboardRules::utf8Size(QStringLiteral("abcdef"), 4), 5); // over the limit: limit + 1
+    }
+
     void aCutNeverSplitsACharacter()
     {
         // A four-byte character straddling the limit is left out whole.
         const QString emoji = QString::fromUcs4(U"\U0001F600");
         const QString text = QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a')) + emoji + emoji;
         const QString stored = ClipboardRules::storedText(text);
-        QVERIFY(stored.startsWith(QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a')) + QChar(0x2026)));
-        QVERIFY(stored.toUtf8().size() <= ClipboardRules::maximumTextBytes + 100);
+        QCOMPARE(stored, QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a'))
+                             + QStringLiteral("\u2026\n[Cut: 1,048,576 of 1,048,582 bytes copied are kept.]"));
+        // One byte more room, and the first one fits.
+        const QString roomier = QString(ClipboardRules::maximumTextBytes - 4, QLatin1Char('a')) + emoji + emoji;
+        QVERIFY(ClipboardRules::storedText(roomier).startsWith(QString(ClipboardRules::maximumTextBytes - 4, QLatin1Char('a')) + emoji + QChar(0x2026)));
     }
 
     void bigPicturesAreScaledAndHugeOnesSkipped()

@@ -1,6 +1,7 @@
 #include "modules/clipboard/clipboard_rules.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "platform/clipboard/qt_pasteboard.h"
+#include "platform/clipboard/x11_selection_reader.h"
 #include "tests/modules/clipboard/clipboard_test_support.h"
 #include "tests/support/x11_tools.h"
 
@@ -403,6 +404,41 @@ private slots:
         QCOMPARE(onDisk(w.store), QStringList({"text:third", "text:second", "text:first"}));
     }
 
+    void readerOnItsOwnConnectionReadsWhatOthersOffer()
+    {
+        const std::atomic_bool cancelled = false;
+        // Each look is a new reader, as the store makes one for every change.
+        const auto textNow = [&cancelled] { return X11SelectionReader(cancelled).text(); };
+        QtPasteboard pasteboard; // so this test sees every change it makes come in
+
+        // A Qt application: its text as UTF-8, whatever target it arrives through.
+        QVERIFY(m_others.offer({QStringLiteral("text/plain=h\u00e9llo"), QStringLiteral("x-kde-passwordManagerHint=secret")}));
+        QTRY_COMPARE(textNow(), QStringLiteral("h\u00e9llo"));
+        {
+            X11SelectionReader reader(cancelled);
+            QVERIFY(reader.isOpen());
+            QVERIFY(reader.types().contains(QStringLiteral("text/plain")));
+            QCOMPARE(reader.data(QStringLiteral("x-kde-passwordManagerHint")), QByteArray("secret"));
+            QCOMPARE(reader.data(QStringLiteral("image/png")), QByteArray()); // not offered
+        }
+
+        // STRING is Latin-1.
+        qint64 before = pasteboard.changeCount();
+        m_others.copy("caf\xe9", QStringLiteral("STRING"));
+        QTRY_COMPARE(textNow(), QStringLiteral("caf\u00e9"));
+        QTRY_VERIFY(pasteboard.changeCount() > before);
+
+        // Four megabytes come in pieces (INCR); every byte arrives.
+        QByteArray big(4 * 1024 * 1024, 'i');
+        for (qsizetype i = 0; i < big.size(); i += 4096)
+            big[i] = char('a' + (i / 4096) % 26);
+        before = pasteboard.changeCount();
+        m_others.copy(big, QStringLiteral("UTF8_STRING"));
+        QTRY_VERIFY(pasteboard.changeCount() > before);
+        QTRY_COMPARE(X11SelectionReader(cancelled).data(QStringLiteral("text/plain")).size(), big.size());
+        QCOMPARE(X11SelectionReader(cancelled).data(QStringLiteral("text/plain")), big);
+    }
+
     void bigTextFromAnotherApplicationIsKeptCutAndAMebibyteWhole()
     {
         Watched w(m_folder->path(), m_others);
@@ -433,6 +469,7 @@ private slots:
         writeFile(png, pngOf(Qt::darkGreen, QSize(6000, 4000)));
         QVERIFY(w.offer({QStringLiteral("image/png<") + png}));
         QTRY_COMPARE_WITH_TIMEOUT(w.store.items().size(), 1, 20000);
+        QCOMPARE(w.store.items()[0].kind, ClipboardKind::image);
         const QImage stored(QDir(w.store.imagesDirectory()).filePath(*w.store.items()[0].imageFileName), "PNG");
         QCOMPARE(stored.size(), ClipboardRules::storedImageSize(QSize(6000, 4000)));
         QCOMPARE(onDisk(w.store), QStringList({"image:" + *w.store.items()[0].imageFileName}));
