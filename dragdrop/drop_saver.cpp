@@ -352,6 +352,16 @@ QString DropSaver::temporaryPrefix()
     return QStringLiteral(".ledgewise-save-");
 }
 
+void DropSaver::removeLeftovers(const QString &folder)
+{
+    const QByteArray path = QFile::encodeName(folder);
+    const QByteArray prefix = QFile::encodeName(temporaryPrefix());
+    for (const QByteArray &name : entriesOf(path)) {
+        if (name.startsWith(prefix))
+            removeTree(childPath(path, name.constData()));
+    }
+}
+
 SaveOutcome DropSaver::run(const std::atomic<bool> &cancelled, const Progress &progress)
 {
     ignoreFileSizeSignal();

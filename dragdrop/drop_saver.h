@@ -41,6 +41,9 @@ public:
 
     // The prefix of every temporary a save makes.
     static QString temporaryPrefix();
+    // Removes what saves interrupted by a crash left in `folder`: every entry whose
+    // name starts with the prefix. Only while no save runs there.
+    static void removeLeftovers(const QString &folder);
 
 private:
     DropPayload m_payload;

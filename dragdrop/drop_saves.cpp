@@ -2,6 +2,8 @@
 
 #include "dragdrop/drop_save_job.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <cmath>
 
@@ -11,12 +13,18 @@ DropSaves::DropSaves(std::function<QString()> folder, QObject *parent)
     : QObject(parent)
     , m_folder(std::move(folder))
 {
+    m_cleanup = std::thread([this, folder = m_folder ? m_folder() : QString()] {
+        if (!folder.isEmpty())
+            DropSaver::removeLeftovers(folder);
+        m_cleanedUp = true;
+    });
 }
 
 DropSaves::~DropSaves()
 {
     m_queue.clear();
     delete m_running; // cancels and waits for its worker
+    m_cleanup.join();
 }
 
 void DropSaves::save(const DropPayload &payload)
@@ -48,6 +56,15 @@ QString DropSaves::statusText() const
 void DropSaves::startNext()
 {
     if (m_queue.empty()) {
+        emit changed();
+        return;
+    }
+    // A leftover is removed by name: no save may make its own temporary before then.
+    if (!m_cleanedUp) {
+        QTimer::singleShot(20, this, [this] {
+            if (!m_running)
+                startNext();
+        });
         emit changed();
         return;
     }

@@ -6,8 +6,10 @@
 #include <QObject>
 #include <QPointer>
 
+#include <atomic>
 #include <deque>
 #include <functional>
+#include <thread>
 
 namespace ledgewise {
 
@@ -22,7 +24,9 @@ class DropSaves : public QObject
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
 
 public:
-    // `folder` names the folder to save into when a save is asked for.
+    // `folder` names the folder to save into when a save is asked for. What saves
+    // interrupted by a crash left there is removed first, on a thread of its own;
+    // saves asked for meanwhile wait for it.
     explicit DropSaves(std::function<QString()> folder, QObject *parent = nullptr);
     ~DropSaves() override;
 
@@ -31,7 +35,7 @@ public:
     // Stops the running save and drops the queued ones.
     Q_INVOKABLE void cancel();
 
-    bool saving() const { return m_running != nullptr; }
+    bool saving() const { return m_running != nullptr || !m_queue.empty(); }
     // 0 to 1.
     double fraction() const;
     // "Saving… 42 %".
@@ -46,6 +50,8 @@ private:
     void startNext();
 
     std::function<QString()> m_folder;
+    std::thread m_cleanup;
+    std::atomic<bool> m_cleanedUp{false};
     QPointer<DropSaveJob> m_running;
     std::deque<std::pair<DropPayload, QString>> m_queue;
 };

@@ -221,6 +221,24 @@ private slots:
         QVERIFY(copy.readAll().startsWith("Name:"));
     }
 
+    void leftoversOfAnInterruptedSaveAreRemovedBeforeTheFirstSave()
+    {
+        QTemporaryDir downloads;
+        // What a save killed midway leaves: a temporary file and a temporary tree.
+        writeFile(downloads.filePath(".ledgewise-save-Ab12Cd"), "half a file");
+        QVERIFY(QDir(downloads.path()).mkpath(".ledgewise-save-Zz99Yy/inner"));
+        writeFile(downloads.filePath(".ledgewise-save-Zz99Yy/inner/part"), "half a tree");
+        writeFile(downloads.filePath(".hidden-but-mine"), "kept");
+        writeFile(downloads.filePath("report.ledgewise-save-"), "kept");
+
+        DropSaves saves([&downloads] { return downloads.path(); });
+        QSignalSpy finished(&saves, &DropSaves::finished);
+        saves.save(textPayload(QStringLiteral("new")));
+        QVERIFY(saves.saving());
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(entries(downloads.path()), QStringList({".hidden-but-mine", "Dropped.txt", "report.ledgewise-save-"}));
+    }
+
     void fileLargerThanTheDiskAllowsLeavesNothing()
     {
         QTemporaryDir source, downloads;
