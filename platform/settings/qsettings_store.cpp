@@ -14,49 +14,63 @@ constexpr QFileDevice::Permissions ownerOnlyFolder = ownerReadWrite | QFileDevic
 } // namespace
 
 QSettingsStore::QSettingsStore()
-    : m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Ledgewise"),
-                 QStringLiteral("Ledgewise"))
+    : m_open([] {
+        return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Ledgewise"),
+                                           QStringLiteral("Ledgewise"));
+    })
+    , m_settings(m_open())
 {
     keepFolderPrivate();
     keepFilePrivate();
 }
 
 QSettingsStore::QSettingsStore(const QString &iniFilePath)
-    : m_settings(iniFilePath, QSettings::IniFormat)
+    : m_open([iniFilePath] { return std::make_unique<QSettings>(iniFilePath, QSettings::IniFormat); })
+    , m_settings(m_open())
 {
     // A caller-chosen folder may be shared with other files: only the file is ours.
     keepFilePrivate();
 }
 
+QSettingsStore::~QSettingsStore() = default;
+
 QVariant QSettingsStore::value(const QString &key) const
 {
-    return m_settings.value(key);
+    return m_settings->value(key);
 }
 
 bool QSettingsStore::contains(const QString &key) const
 {
-    return m_settings.contains(key);
+    return m_settings->contains(key);
 }
 
 void QSettingsStore::setValue(const QString &key, const QVariant &value)
 {
-    m_settings.setValue(key, value);
+    m_settings->setValue(key, value);
     sync();
 }
 
 void QSettingsStore::remove(const QString &key)
 {
-    m_settings.remove(key);
+    m_settings->remove(key);
     sync();
 }
 
 void QSettingsStore::sync()
 {
-    m_settings.sync();
+    if (!m_writeFailure.isEmpty()) {
+        // A QSettings keeps its first error for good, even one from reading the file
+        // when it was made. After a failure a fresh one is opened for the next write,
+        // while the old one still holds the unsaved values (QSettings shares them
+        // between its objects of the same file), so nothing is lost.
+        std::unique_ptr<QSettings> fresh = m_open();
+        std::swap(fresh, m_settings);
+    }
+    m_settings->sync();
     // QSettings replaces the file through a temporary one made with the umask's mode,
     // so the mode is set again after every write.
     keepFilePrivate();
-    m_writeFailure = m_settings.status() == QSettings::AccessError ? describeWriteFailure() : QString();
+    m_writeFailure = m_settings->status() == QSettings::AccessError ? describeWriteFailure() : QString();
 }
 
 void QSettingsStore::keepFolderPrivate()

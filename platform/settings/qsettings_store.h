@@ -4,6 +4,9 @@
 
 #include <QSettings>
 
+#include <functional>
+#include <memory>
+
 namespace ledgewise {
 
 // KeyValueStore over QSettings: organisation and application "Ledgewise", so the
@@ -18,6 +21,7 @@ class QSettingsStore final : public KeyValueStore
 public:
     QSettingsStore();
     explicit QSettingsStore(const QString &iniFilePath);
+    ~QSettingsStore() override;
 
     QVariant value(const QString &key) const override;
     bool contains(const QString &key) const override;
@@ -25,7 +29,7 @@ public:
     void remove(const QString &key) override;
     void sync() override;
 
-    QString fileName() const override { return m_settings.fileName(); }
+    QString fileName() const override { return m_settings->fileName(); }
     QString writeFailure() const override { return m_writeFailure; }
 
 private:
@@ -33,7 +37,8 @@ private:
     void keepFilePrivate();
     QString describeWriteFailure() const;
 
-    QSettings m_settings;
+    std::function<std::unique_ptr<QSettings>()> m_open;
+    std::unique_ptr<QSettings> m_settings;
     QString m_writeFailure;
 };
 

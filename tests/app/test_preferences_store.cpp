@@ -356,27 +356,28 @@ private slots:
         QSettingsStore probe;
         const QString fileName = probe.fileName();
         QVERIFY(QDir().mkpath(fileName));
-        QByteArray printed;
-        {
-            QSettingsStore settings;
-            PreferencesStore store(settings);
-            printed = stderrOf([&] {
-                store.update([](Preferences &p) { p.width = 420; });
-                store.update([](Preferences &p) { p.width = 440; });
-                store.setCurrent(store.current());
-            });
-            QVERIFY(!settings.writeFailure().isEmpty());
-        }
-        QCOMPARE(printed, QByteArray("Ledgewise could not save its settings to ") + fileName.toUtf8()
-                              + ": a folder is in the file's place.\n");
-
-        // Writable again: the next failure is told again.
-        QVERIFY(QDir(fileName).removeRecursively());
         QSettingsStore settings;
         PreferencesStore store(settings);
+        QByteArray printed = stderrOf([&] {
+            store.update([](Preferences &p) { p.width = 420; });
+            store.update([](Preferences &p) { p.width = 440; });
+            store.setCurrent(store.current());
+        });
+        QVERIFY(!settings.writeFailure().isEmpty());
+        const QByteArray line = QByteArray("Ledgewise could not save its settings to ") + fileName.toUtf8()
+            + ": a folder is in the file's place.\n";
+        QCOMPARE(printed, line);
+
+        // Writable again: saved, and a later failure is told again.
+        QVERIFY(QDir(fileName).removeRecursively());
         printed = stderrOf([&] { store.update([](Preferences &p) { p.width = 460; }); });
         QCOMPARE(printed, QByteArray());
+        QCOMPARE(settings.writeFailure(), QString());
         QCOMPARE(decodedOnDisk(fileName).width, 460.0);
+        QVERIFY(QFile::remove(fileName));
+        QVERIFY(QDir().mkpath(fileName));
+        printed = stderrOf([&] { store.update([](Preferences &p) { p.width = 480; }); });
+        QCOMPARE(printed, line);
     }
 };
 
