@@ -26,7 +26,9 @@ DownloadsIndex DownloadsIndex::fromListing(QHash<QByteArray, FileFacts> files, c
                                            QList<QByteArray> *downloading)
 {
     DownloadsIndex index;
-    index.m_files.reserve(files.size());
+    // Room to grow: a new file past the capacity would rehash every entry at once,
+    // on the main thread.
+    index.m_files.reserve(files.size() + files.size() / 8 + 256);
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
         if (!DownloadRules::isListedName(it.key()))
             continue;

@@ -114,8 +114,10 @@ void DownloadsStore::takeScan(const DownloadsIndex &index, const QList<QByteArra
         scheduleSettleCheck(name);
     publish();
     emit scanFinished();
-    if (!m_burst.isEmpty() || m_burstTooLarge)
-        applyBurst();
+    // Not at once: `index` is still shared with the scanner's reply until this
+    // returns, and changing the index then would copy all of it here.
+    if ((!m_burst.isEmpty() || m_burstTooLarge) && !m_burstTimer->isActive())
+        m_burstTimer->start();
 }
 
 void DownloadsStore::publish()
