@@ -336,7 +336,6 @@ private slots:
               "(%d of these %d changes were found done); both files read %lld times meanwhile",
               kills, moments[KillMoment::afterAcknowledgement], moments[KillMoment::rightAfterTrigger], moments[KillMoment::afterDelay],
               landed, moments[KillMoment::rightAfterTrigger] + moments[KillMoment::afterDelay], qint64(watch.reads()));
-        QVERIFY(kills >= 15);
 
         // A last, ordinary end keeps everything too.
         m_app->terminate();
