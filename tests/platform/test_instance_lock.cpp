@@ -50,6 +50,26 @@ private slots:
         QCOMPARE(lock.tryLock(), InstanceLock::Outcome::held);
     }
 
+    void aLockFromBeforeTheMachineRestartedIsTakenOver()
+    {
+        // The data folder outlives a restart; a process id in it may since name another
+        // process, even one named the same.
+        QTemporaryDir folder;
+        QProcess namesake;
+        namesake.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        QVERIFY(namesake.waitForStarted());
+        QFile left(QDir(folder.path()).filePath(QStringLiteral("ledgewise.lock")));
+        QVERIFY(left.open(QIODevice::WriteOnly));
+        left.write(QByteArray::number(namesake.processId()) + "\nsleep\n" + QSysInfo::machineHostName().toUtf8() + "\n"
+                   + QSysInfo::machineUniqueId() + "\n" + "00000000-0000-0000-0000-000000000000\n");
+        left.close();
+
+        InstanceLock lock(folder.path());
+        QCOMPARE(lock.tryLock(), InstanceLock::Outcome::held);
+        namesake.kill();
+        namesake.waitForFinished();
+    }
+
     void whereNoLockCanBeMadeItSaysSo()
     {
         InstanceLock lock(QStringLiteral("/dev/null/Ledgewise"));
