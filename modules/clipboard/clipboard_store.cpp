@@ -19,6 +19,37 @@ constexpr auto imagesFolderName = "clipboard-images";
 constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr QFileDevice::Permissions ownerOnlyFolder = ownerOnly | QFileDevice::ExeOwner;
 
+// A picture put back on the clipboard: its PNG bytes as stored, and the picture itself
+// for applications that ask for another image type, decoded only then (and once), not
+// on the main thread at the click.
+class StoredPicture final : public QMimeData
+{
+public:
+    explicit StoredPicture(QByteArray png) : m_png(std::move(png)) {}
+
+    QStringList formats() const override
+    {
+        return {QStringLiteral("image/png"), QStringLiteral("application/x-qt-image")};
+    }
+    bool hasFormat(const QString &type) const override { return formats().contains(type); }
+
+protected:
+    QVariant retrieveData(const QString &type, QMetaType) const override
+    {
+        if (type == QLatin1String("image/png"))
+            return m_png;
+        if (type != QLatin1String("application/x-qt-image"))
+            return {};
+        if (!m_decoded)
+            m_decoded = QImage::fromData(m_png, "PNG");
+        return m_decoded->isNull() ? QVariant() : QVariant(*m_decoded);
+    }
+
+private:
+    QByteArray m_png;
+    mutable std::optional<QImage> m_decoded;
+};
+
 // What people copy is private: folders 0700, files 0600.
 void makePrivateFolder(const QString &path)
 {
@@ -317,11 +348,7 @@ void ClipboardStore::copyBack(const ClipboardItem &item)
         if (item.imageFileName && ClipboardRules::isPlainFileName(*item.imageFileName)) {
             QFile file(QDir(imagesDirectory()).filePath(*item.imageFileName));
             if (file.open(QIODevice::ReadOnly)) {
-                const QByteArray png = file.readAll();
-                data->setData(QStringLiteral("image/png"), png);
-                QImage decoded;
-                if (decoded.loadFromData(png))
-                    data->setImageData(decoded);
+                data = std::make_unique<StoredPicture>(file.readAll());
                 hasContent = true;
             }
         }

@@ -14,7 +14,6 @@ namespace ledgewise {
 struct ImageEncoder::Results {
     std::mutex mutex;
     QList<Finished> finished;
-    int queued = 0;
 };
 
 namespace {
@@ -55,19 +54,14 @@ ImageEncoder::~ImageEncoder()
 
 void ImageEncoder::encode(QByteArray bytes, double capturedAt, QUuid newestThen)
 {
-    {
-        std::lock_guard lock(m_results->mutex);
-        ++m_results->queued;
-    }
     // The task reports back through a queued call on this object, which the destructor
     // outlives by waiting for the task.
     m_thread.start([results = m_results, folder = m_folder, bytes = std::move(bytes), capturedAt, newestThen, self = this] {
         const QString name = writePng(folder, bytes);
+        if (name.isEmpty())
+            return;
         {
             std::lock_guard lock(results->mutex);
-            --results->queued;
-            if (name.isEmpty())
-                return;
             results->finished.append({name, capturedAt, newestThen});
         }
         QMetaObject::invokeMethod(self, &ImageEncoder::finished, Qt::QueuedConnection);
@@ -82,18 +76,9 @@ QList<ImageEncoder::Finished> ImageEncoder::takeFinished()
 
 void ImageEncoder::stop()
 {
-    // QThreadPool::clear() drops tasks not started without running them: their count
-    // goes with them.
+    // Tasks not started are dropped without running.
     m_thread.clear();
     m_thread.waitForDone();
-    std::lock_guard lock(m_results->mutex);
-    m_results->queued = 0;
-}
-
-bool ImageEncoder::isBusy() const
-{
-    std::lock_guard lock(m_results->mutex);
-    return m_results->queued > 0;
 }
 
 } // namespace ledgewise

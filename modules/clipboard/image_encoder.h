@@ -37,7 +37,6 @@ public:
     QList<Finished> takeFinished();
     // Drops the pictures not started and waits for the one in hand.
     void stop();
-    bool isBusy() const;
 
 signals:
     // takeFinished() has something (emitted on the thread that made the encoder).

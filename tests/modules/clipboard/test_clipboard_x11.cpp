@@ -439,6 +439,22 @@ private slots:
         QCOMPARE(X11SelectionReader(cancelled).data(QStringLiteral("text/plain")), big);
     }
 
+    void pictureCopiedBackReachesOtherApplications()
+    {
+        Watched w(m_folder->path(), m_others);
+        QVERIFY(w.copy(pngOf(Qt::darkCyan, QSize(40, 30)), QStringLiteral("image/png")));
+        QTRY_COMPARE(w.store.items().size(), 1);
+        QVERIFY(w.copy("text on top"));
+        w.store.copyBack(w.store.items()[1]);
+        for (const QString &type : {QStringLiteral("image/png"), QStringLiteral("image/bmp")}) {
+            QImage pasted;
+            QVERIFY2(pasted.loadFromData(pasteElsewhere(type)), qPrintable(type));
+            QCOMPARE(pasted.size(), QSize(40, 30));
+            QCOMPARE(QColor(pasted.pixel(5, 5)), QColor(Qt::darkCyan));
+        }
+        QCOMPARE(w.store.items().size(), 2); // not captured again
+    }
+
     void bigTextFromAnotherApplicationIsKeptCutAndAMebibyteWhole()
     {
         Watched w(m_folder->path(), m_others);
