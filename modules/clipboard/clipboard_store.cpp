@@ -88,7 +88,6 @@ ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> st
 ClipboardStore::~ClipboardStore()
 {
     m_pollTimer.stop();
-    disconnect(&m_pasteboard, nullptr, this, nullptr);
     // The picture in hand is finished and kept (pictures not started are dropped), then
     // the history is written before anything goes away.
     m_images.stop();

@@ -107,7 +107,8 @@ QByteArray X11SelectionReader::data(const QString &mimeType) const
         return {};
     if (mimeType != QLatin1String("text/plain"))
         return convert(atom(mimeType.toLatin1())).value_or(QByteArray());
-    // The text in UTF-8, from the first text target the owner offers.
+    // The text in UTF-8, from the first text target the owner offers ("text/plain" as
+    // a target of its own is taken to be UTF-8, as Qt takes it).
     const auto offered = [this](const QByteArray &name) {
         for (auto it = m_targetNames.cbegin(); it != m_targetNames.cend(); ++it) {
             if (it.value() == name)
@@ -115,7 +116,7 @@ QByteArray X11SelectionReader::data(const QString &mimeType) const
         }
         return false;
     };
-    for (const char *name : {"UTF8_STRING", "STRING", "TEXT"}) {
+    for (const char *name : {"UTF8_STRING", "text/plain", "STRING", "TEXT"}) {
         if (!offered(name))
             continue;
         const auto bytes = convert(atom(name));

@@ -428,6 +428,12 @@ private slots:
         QTRY_COMPARE(textNow(), QStringLiteral("caf\u00e9"));
         QTRY_VERIFY(pasteboard.changeCount() > before);
 
+        // An owner offering only a target named "text/plain".
+        before = pasteboard.changeCount();
+        m_others.copy("plain target", QStringLiteral("text/plain"));
+        QTRY_COMPARE(textNow(), QStringLiteral("plain target"));
+        QTRY_VERIFY(pasteboard.changeCount() > before);
+
         // Four megabytes come in pieces (INCR); every byte arrives.
         QByteArray big(4 * 1024 * 1024, 'i');
         for (qsizetype i = 0; i < big.size(); i += 4096)
