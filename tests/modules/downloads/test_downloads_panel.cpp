@@ -1,4 +1,5 @@
 #include "modules/downloads/downloads_module.h"
+#include "platform/filesystem/folder_entries.h"
 #include "platform/filesystem/folder_watcher.h"
 #include "tests/modules/panel_test_support.h"
 #include "tests/support/recording_url_opener.h"
@@ -6,6 +7,9 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
@@ -90,6 +94,23 @@ private slots:
         QVERIFY(f.row(0));
         HostedPanel::press(f.row(0));
         QCOMPARE(f.opener.opened.size(), 1);
+    }
+
+    void aNameThatIsNotUtf8IsReadableAndAClickOpensTheRealFile()
+    {
+        Fixture f;
+        const QByteArray path = QFile::encodeName(f.folder.path()) + "/r\xff\xfeport.pdf";
+        const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+        QVERIFY(fd >= 0);
+        ::close(fd);
+
+        QTRY_VERIFY(f.row(0));
+        QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("r\uFFFD\uFFFDport.pdf"));
+        HostedPanel::press(f.row(0));
+        QCOMPARE(f.opener.opened.size(), 1);
+        // The opener is handed the file's own bytes, not a name that only looks alike.
+        QCOMPARE(FolderEntries::pathOfUrl(f.opener.opened.constFirst()), path);
+        QVERIFY(FolderEntries::regularFile(FolderEntries::pathOfUrl(f.opener.opened.constFirst())));
     }
 
     void rowsShowTheDocSymbolAtItsNaturalWidthAndTheStateUnderTheName()

@@ -1,4 +1,5 @@
 #include "modules/downloads/downloads_store.h"
+#include "platform/filesystem/folder_entries.h"
 #include "platform/filesystem/folder_watcher.h"
 
 #include <QDir>
@@ -10,6 +11,10 @@
 #include <QTest>
 #include <QTimeZone>
 #include <QTimer>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace ledgewise;
 
@@ -121,6 +126,33 @@ std::unique_ptr<DownloadsStore> watching(const QString &folder)
     return store;
 }
 
+// Many files quickly, straight through the system calls: `count` files named
+// prefix-N, one byte each.
+bool makeMany(const QString &folder, const QString &prefix, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        const QByteArray path = QFile::encodeName(QStringLiteral("%1/%2-%3").arg(folder, prefix).arg(i));
+        const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+        if (fd < 0 || ::write(fd, "x", 1) != 1)
+            return false;
+        ::close(fd);
+    }
+    return true;
+}
+
+bool setModified(const QByteArray &path, const QDateTime &time)
+{
+    const qint64 ms = time.toMSecsSinceEpoch();
+    const timespec times[2] = {{ms / 1000, (ms % 1000) * 1'000'000}, {ms / 1000, (ms % 1000) * 1'000'000}};
+    return ::utimensat(AT_FDCWD, path.constData(), times, 0) == 0;
+}
+
+int queuedEventsLimit()
+{
+    QFile limit(QStringLiteral("/proc/sys/fs/inotify/max_queued_events"));
+    return limit.open(QIODevice::ReadOnly) ? limit.readAll().trimmed().toInt() : 16384;
+}
+
 const QDateTime base = QDateTime(QDate(2026, 11, 1), QTime(12, 0), QTimeZone::utc());
 
 } // namespace
@@ -201,6 +233,108 @@ private slots:
         QCOMPARE(checked.count(), 1);
         QCOMPARE(QFileInfo(path).size(), 9000);
         download.close();
+    }
+
+    void aDownloadGrowingInAFolderOfTwentyThousandFilesIsDownloadingThenReady()
+    {
+        QTemporaryDir folder;
+        QVERIFY(makeMany(folder.path(), QStringLiteral("old"), 20000));
+        auto store = watching(folder.path());
+        QCOMPARE(store->items().size(), 12);
+        const QString path = folder.filePath("film.mkv.part");
+        makeFile(path, 1000);
+        QTRY_COMPARE(names(*store).value(0), QStringLiteral("film.mkv.part"));
+        QCOMPARE(statusOf(*store, "film.mkv.part"), DownloadItem::Status::ready); // seen for the first time
+
+        // Every 10 ms for 1.5 s: downloading all along, ready once it stops.
+        QList<DownloadItem::Status> shown;
+        connect(store.get(), &DownloadsStore::itemsChanged, this, [&] {
+            if (names(*store).value(0) == QStringLiteral("film.mkv.part"))
+                shown.append(*statusOf(*store, "film.mkv.part"));
+        });
+        GrowingFile download(path, 4096, 10, 150);
+        QTRY_COMPARE(statusOf(*store, "film.mkv.part"), DownloadItem::Status::downloading);
+        QTRY_VERIFY_WITH_TIMEOUT(download.isDone(), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(statusOf(*store, "film.mkv.part"), DownloadItem::Status::ready, 3000);
+        QCOMPARE(shown.count(DownloadItem::Status::ready), 1);
+        QCOMPARE(shown.last(), DownloadItem::Status::ready);
+        download.close();
+
+        // Still the newest twelve, newest first, after all that.
+        QCOMPARE(store->items().size(), 12);
+        QCOMPARE(names(*store).value(0), QStringLiteral("film.mkv.part"));
+        for (qsizetype i = 1; i < store->items().size(); ++i)
+            QVERIFY(!DownloadRules::isLater(store->items()[i].modified, store->items()[i - 1].modified));
+        QCOMPARE(store->rememberedSizeCount(), 20001);
+    }
+
+    void fiveThousandNamesCreatedAndDeletedLeaveNothingRemembered()
+    {
+        QTemporaryDir folder;
+        auto store = watching(folder.path());
+        for (int round = 0; round < 10; ++round) {
+            const QString prefix = QStringLiteral("round%1").arg(round);
+            QVERIFY(makeMany(folder.path(), prefix, 500));
+            QTRY_COMPARE(store->rememberedSizeCount(), 500);
+            QCOMPARE(store->items().size(), 12);
+            for (int i = 0; i < 500; ++i)
+                QVERIFY(QFile::remove(QStringLiteral("%1/%2-%3").arg(folder.path(), prefix).arg(i)));
+            QTRY_VERIFY(store->items().isEmpty());
+        }
+        // Sizes of files gone with a settle check due are dropped once it agrees.
+        QTRY_COMPARE_WITH_TIMEOUT(store->rememberedSizeCount(), 0, 3000);
+    }
+
+    void eventsLostWhenTheQueueOverflowsLeadToAFullListing()
+    {
+        QTemporaryDir folder;
+        makeFile(folder.filePath("before.txt"), 10, base);
+        auto store = watching(folder.path());
+        QCOMPARE(names(*store), QStringList({"before.txt"}));
+        QSignalSpy scans(store.get(), &DownloadsStore::scanFinished);
+
+        // Three events a file (created, written, closed), all queued while the store
+        // cannot read them: the kernel drops what does not fit and says so.
+        const int files = queuedEventsLimit() / 3 + 1000;
+        if (files > 200000)
+            QSKIP("this system queues too many inotify events to overflow quickly");
+        QVERIFY(makeMany(folder.path(), QStringLiteral("burst"), files));
+        // The last ones, whose events were lost, are made the newest.
+        const QDateTime tomorrow = QDateTime::currentDateTimeUtc().addDays(1);
+        QStringList expected;
+        for (int i = files - 1; i >= files - 12; --i) {
+            const QString name = QStringLiteral("burst-%1").arg(i);
+            QVERIFY(setModified(QFile::encodeName(folder.filePath(name)), tomorrow.addSecs(i)));
+            expected << name;
+        }
+        QVERIFY(QFile::remove(folder.filePath("before.txt")));
+
+        QTRY_VERIFY_WITH_TIMEOUT(scans.count() >= 1, 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(names(*store), expected, 10000);
+        QCOMPARE(store->rememberedSizeCount(), files);
+    }
+
+    void aNameThatIsNotUtf8IsShownReadablyAndItsUrlKeepsTheRealBytes()
+    {
+        QTemporaryDir folder;
+        auto store = watching(folder.path());
+        const QByteArray name("r\xff\xfe" "port.pdf");
+        const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
+        const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+        QVERIFY(fd >= 0);
+        ::close(fd);
+
+        QTRY_COMPARE(store->items().size(), 1);
+        const DownloadItem item = store->items().constFirst();
+        QCOMPARE(item.name, QStringLiteral("r\uFFFD\uFFFDport.pdf"));
+        QCOMPARE(FolderEntries::pathOfUrl(item.url), path);
+        QVERIFY(FolderEntries::regularFile(FolderEntries::pathOfUrl(item.url)));
+        // What Qt makes of the decoded name would name another file.
+        QVERIFY(!QFile::exists(QUrl::fromLocalFile(QFile::decodeName(path)).toLocalFile()));
+
+        // Removed: found by its bytes too.
+        QVERIFY(::unlink(path.constData()) == 0);
+        QTRY_VERIFY(store->items().isEmpty());
     }
 
     void folderThatIsARegularFileIsAnEmptyList()
