@@ -24,6 +24,9 @@ public:
     struct Fetched {
         qint64 changeCount;                        // the change this read was made for
         std::optional<PasteboardContents> contents; // nothing: read it on the main thread
+        // When the contents are a text to keep: how it is stored (trimmed, and cut when
+        // over 1 MiB), worked out here too.
+        std::optional<QString> storedText;
     };
 
     explicit ClipboardFetcher(Pasteboard::BackgroundReader reader, QObject *parent = nullptr);

@@ -200,7 +200,7 @@ void ClipboardStore::takeFetched()
         // again (its own read follows) or we copied an entry back (never captured).
         if (fetched.changeCount == m_lastChangeCount) {
             if (fetched.contents)
-                ingest(SnapshotPasteboard(*fetched.contents));
+                ingest(SnapshotPasteboard(*fetched.contents), fetched.storedText);
             else
                 ingest(m_pasteboard);
         }
@@ -208,7 +208,7 @@ void ClipboardStore::takeFetched()
     }
 }
 
-void ClipboardStore::ingest(const Pasteboard &clipboard)
+void ClipboardStore::ingest(const Pasteboard &clipboard, const std::optional<QString> &storedText)
 {
     if (ClipboardRules::isSecret(clipboard))
         return;
@@ -221,7 +221,7 @@ void ClipboardStore::ingest(const Pasteboard &clipboard)
                           capture.value, std::nullopt, false});
         return;
     case Capture::Kind::text:
-        addText(capture.value);
+        addText(storedText ? *storedText : ClipboardRules::storedText(capture.value));
         return;
     case Capture::Kind::image:
         storeImage(capture.imageData);
@@ -229,9 +229,8 @@ void ClipboardStore::ingest(const Pasteboard &clipboard)
     }
 }
 
-void ClipboardStore::addText(const QString &text)
+void ClipboardStore::addText(const QString &stored)
 {
-    const QString stored = ClipboardRules::storedText(text);
     if (stored.isEmpty())
         return;
     add(ClipboardItem{QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::text, stored, std::nullopt,

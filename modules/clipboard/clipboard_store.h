@@ -75,8 +75,9 @@ private:
     void beginMonitoring();
     void pollPasteboard();
     void takeFetched();
-    void ingest(const Pasteboard &clipboard);
-    void addText(const QString &text);
+    // `storedText`: how the text on `clipboard` is stored, when already worked out.
+    void ingest(const Pasteboard &clipboard, const std::optional<QString> &storedText = std::nullopt);
+    void addText(const QString &stored);
     void storeImage(const QByteArray &data);
     void addFinishedImages(bool announce);
     void add(const ClipboardItem &item);

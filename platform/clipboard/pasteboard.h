@@ -35,7 +35,7 @@ public:
     virtual QByteArray data(const QString &mimeType) const = 0;
 
     // The plain text offered, decoded; empty when there is none.
-    QString text() const;
+    virtual QString text() const;
     // The entries of the offered URI list, in order; broken entries are skipped.
     QList<QUrl> urls() const;
 

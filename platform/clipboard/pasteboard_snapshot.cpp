@@ -22,6 +22,14 @@ QByteArray RecordingPasteboard::data(const QString &mimeType) const
     return bytes;
 }
 
+QString RecordingPasteboard::text() const
+{
+    // Decoded once, here: a text of megabytes takes milliseconds to decode.
+    if (!m_contents.text)
+        m_contents.text = Pasteboard::text();
+    return *m_contents.text;
+}
+
 void RecordingPasteboard::setContents(QMimeData *contents)
 {
     delete contents;

@@ -4,6 +4,8 @@
 
 #include <QHash>
 
+#include <optional>
+
 namespace ledgewise {
 
 // What was read of the clipboard at one moment: the types offered and the bytes of
@@ -11,6 +13,7 @@ namespace ledgewise {
 struct PasteboardContents {
     QStringList types;
     QHash<QString, QByteArray> data;
+    std::optional<QString> text; // decoded where it was read, when it was asked for
 };
 
 // Reads through to another pasteboard and keeps everything read, so the same
@@ -28,6 +31,7 @@ public:
     bool announcesChanges() const override { return false; }
     QStringList types() const override;
     QByteArray data(const QString &mimeType) const override;
+    QString text() const override;
     void clearContents() override {}
     void setContents(QMimeData *contents) override;
 
@@ -49,6 +53,7 @@ public:
     bool announcesChanges() const override { return false; }
     QStringList types() const override { return m_contents.types; }
     QByteArray data(const QString &mimeType) const override { return m_contents.data.value(mimeType); }
+    QString text() const override { return m_contents.text ? *m_contents.text : Pasteboard::text(); }
     void clearContents() override {}
     void setContents(QMimeData *contents) override;
 
