@@ -265,9 +265,10 @@ int main(int argc, char *argv[])
     writePreferences();
 
     QProcess ledgewise;
-    // Its messages would drown the figures; an end during the soak is reported below.
-    ledgewise.setStandardOutputFile(QProcess::nullDevice());
-    ledgewise.setStandardErrorFile(QProcess::nullDevice());
+    // Its messages would drown the figures: they go to a file, shown if it ends early.
+    const QString log = QDir(scratch).filePath(QStringLiteral("ledgewise.log"));
+    ledgewise.setProcessChannelMode(QProcess::MergedChannels);
+    ledgewise.setStandardOutputFile(log);
     ledgewise.start(program, {});
     if (!ledgewise.waitForStarted(10000) || !waitForSurface(QStringLiteral("right"), false, 20)) {
         std::printf("could not start %s\n", qPrintable(program));
@@ -286,7 +287,9 @@ int main(int argc, char *argv[])
     clock.start();
     qint64 nextSample = 5000;
     qint64 nextReport = 60000;
-    while (clock.elapsed() < seconds * 1000LL && ledgewise.state() == QProcess::Running) {
+    // Nothing here runs an event loop: waitForFinished(0) is what notices an end.
+    const auto running = [&ledgewise] { return !ledgewise.waitForFinished(0) && ledgewise.state() == QProcess::Running; };
+    while (clock.elapsed() < seconds * 1000LL && running()) {
         oneRound(counts.rounds, scratch, copier, counts);
         if (clock.elapsed() >= nextSample) {
             last = residentKilobytes(pid);
@@ -298,8 +301,14 @@ int main(int argc, char *argv[])
             nextReport += 60000;
         }
     }
-    if (ledgewise.state() != QProcess::Running) {
-        bench::print("soak: Ledgewise ended during the soak", QStringLiteral("after %1 s, exit code %2").arg(clock.elapsed() / 1000).arg(ledgewise.exitCode()));
+    if (!running()) {
+        bench::print("soak: Ledgewise ended during the soak",
+                     QStringLiteral("after %1 s and %2 rounds, %3 %4; its messages: %5")
+                         .arg(clock.elapsed() / 1000)
+                         .arg(counts.rounds)
+                         .arg(ledgewise.exitStatus() == QProcess::CrashExit ? "crashed, signal" : "exit code")
+                         .arg(ledgewise.exitCode())
+                         .arg(log));
         return 1;
     }
     last = residentKilobytes(pid);
