@@ -26,7 +26,7 @@ QString rawValue(DownloadItem::Status status);
 
 namespace DownloadRules {
 
-// The panel shows no more than this many files; every file is still measured.
+// The panel shows no more than this many files; the others are still followed.
 inline constexpr qsizetype maximumItems = 12;
 
 // Whether a file modified at `a` sorts before one modified at `b`: strictly later
