@@ -21,6 +21,9 @@ ColumnLayout {
         text: view.summary
         // What another application handed over is shown as it is, never as markup.
         textFormat: Text.PlainText
+        // Read out whole, as dropped, even where the view elides it.
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 11
         font.weight: Font.Medium
@@ -34,6 +37,7 @@ ColumnLayout {
         Layout.fillWidth: true
         visible: view.notice.length > 0
         text: view.notice
+        textFormat: Text.PlainText
         color: NotchChrome.ivory
         opacity: 0.7
         font.pixelSize: 10
@@ -73,6 +77,7 @@ ColumnLayout {
                     Text {
                         anchors.horizontalCenter: parent.horizontalCenter
                         text: button.modelData.title
+                        textFormat: Text.PlainText
                         color: NotchChrome.ivory
                         font.pixelSize: 9
                         font.weight: Font.Medium
@@ -110,6 +115,7 @@ ColumnLayout {
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 text: airDrop.entry.title
+                textFormat: Text.PlainText
                 color: NotchChrome.ivory
                 font.pixelSize: 11
                 font.weight: Font.Medium

@@ -18,6 +18,8 @@ RowLayout {
             objectName: "saveStatus"
             Layout.fillWidth: true
             text: view.saves.statusText
+            // It names the file being saved, which came from outside.
+            textFormat: Text.PlainText
             color: NotchChrome.ivory
             font.pixelSize: 11
             font.weight: Font.Medium

@@ -14,6 +14,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.topMargin: 4
         text: root.title
+        textFormat: Text.PlainText
         color: NotchChrome.ivory
         font.pixelSize: 12
         font.weight: Font.DemiBold

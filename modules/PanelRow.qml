@@ -83,6 +83,7 @@ Rectangle {
                 // Rows with a title only (the launcher's) keep no blank line under it.
                 visible: row.subtitle.length > 0
                 text: row.subtitle
+                textFormat: Text.PlainText
                 color: NotchChrome.ivory
                 opacity: 0.45
                 font.pixelSize: 9

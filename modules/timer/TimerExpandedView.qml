@@ -79,6 +79,9 @@ ColumnLayout {
         Text {
             objectName: "customLabel"
             text: view.module.stepperLabel(view.customMinutes)
+            textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             color: NotchChrome.ivory
             font.pixelSize: 11
             font.weight: Font.Medium
@@ -120,6 +123,9 @@ ColumnLayout {
         objectName: "clock"
         visible: view.session.isRunning
         text: view.session.remainingText
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 28
         font.weight: Font.DemiBold
