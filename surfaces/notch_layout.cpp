@@ -61,7 +61,9 @@ Rect clamp(Rect rect, const Rect &bounds)
     return rect;
 }
 
-double cornerRadius(NotchStyle style, double height, const Preferences &preferences)
+namespace {
+
+double styleRadius(NotchStyle style, double height, const Preferences &preferences)
 {
     switch (style) {
     case NotchStyle::classic: return preferences.cornerRadius;
@@ -69,6 +71,22 @@ double cornerRadius(NotchStyle style, double height, const Preferences &preferen
     case NotchStyle::minimal: return std::min(height * 0.5, 10.0);
     }
     return preferences.cornerRadius;
+}
+
+} // namespace
+
+double cornerRadius(NotchStyle style, double height, const Preferences &preferences)
+{
+    // A stored radius that is not a number passes through as it is: outlineRadius()
+    // turns it into square corners.
+    const double radius = styleRadius(style, height, preferences);
+    return radius > maximumCornerRadius ? maximumCornerRadius : radius;
+}
+
+double outlineRadius(NotchStyle style, Size size, const Preferences &preferences)
+{
+    const double radius = std::min({cornerRadius(style, size.height, preferences), size.width / 2, size.height / 2});
+    return radius > 0 ? radius : 0;
 }
 
 } // namespace ledgewise::NotchLayout

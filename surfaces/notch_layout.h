@@ -22,7 +22,21 @@ Rect frame(NotchSide side, NotchPresentation presentation, const Preferences &pr
 // then bottom, then top, in that order.
 Rect clamp(Rect rect, const Rect &bounds);
 
-// The corner radius of a surface `height` points tall.
+// The roundest corner a surface may have: the largest radius the settings offer. An
+// open pill at half its height would be an upright capsule, and an X window without a
+// compositor is cut to its shape, so titles and the rows' buttons would be cut off.
+inline constexpr double maximumCornerRadius = 24;
+
+// The corner radius of a surface `height` points tall: the style's rule, never beyond
+// maximumCornerRadius. No collapsed surface is tall enough (at most 32) for that cap to
+// change its radius; only an open one is.
 double cornerRadius(NotchStyle style, double height, const Preferences &preferences);
+
+// The radius a surface of `size` is outlined with: cornerRadius() for its height, no
+// more than half its shorter side, and 0 (square corners) for a stored radius that is
+// not a positive number. The window's shape, the drawn fill and the drag catcher's hit
+// rule all take this one value, so what is drawn, what is clickable and where a drop
+// lands agree.
+double outlineRadius(NotchStyle style, Size size, const Preferences &preferences);
 
 } // namespace ledgewise::NotchLayout

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 
 using namespace ledgewise;
@@ -78,8 +79,8 @@ private slots:
         row("notched", NotchStyle::pill, NotchPresentation::sleeping, NotchSide::right, {864, 954, 76, 28}, 14);
         row("notched", NotchStyle::pill, NotchPresentation::glance, NotchSide::left, {486, 952, 162, 30}, 15);
         row("notched", NotchStyle::pill, NotchPresentation::glance, NotchSide::right, {864, 952, 162, 30}, 15);
-        row("notched", NotchStyle::pill, NotchPresentation::expanded, NotchSide::left, {380, 642, 268, 340}, 170);
-        row("notched", NotchStyle::pill, NotchPresentation::expanded, NotchSide::right, {864, 642, 268, 340}, 170);
+        row("notched", NotchStyle::pill, NotchPresentation::expanded, NotchSide::left, {380, 642, 268, 340}, 24);
+        row("notched", NotchStyle::pill, NotchPresentation::expanded, NotchSide::right, {864, 642, 268, 340}, 24);
         row("notched", NotchStyle::pill, NotchPresentation::active, NotchSide::left, {524, 952, 124, 30}, 15);
         row("notched", NotchStyle::pill, NotchPresentation::active, NotchSide::right, {864, 952, 124, 30}, 15);
         row("notched", NotchStyle::minimal, NotchPresentation::sleeping, NotchSide::left, {584, 960, 64, 22}, 10);
@@ -102,8 +103,8 @@ private slots:
         row("plain", NotchStyle::pill, NotchPresentation::sleeping, NotchSide::right, {1764, 1052, 76, 28}, 14);
         row("plain", NotchStyle::pill, NotchPresentation::glance, NotchSide::left, {80, 1050, 162, 30}, 15);
         row("plain", NotchStyle::pill, NotchPresentation::glance, NotchSide::right, {1678, 1050, 162, 30}, 15);
-        row("plain", NotchStyle::pill, NotchPresentation::expanded, NotchSide::left, {80, 740, 268, 340}, 170);
-        row("plain", NotchStyle::pill, NotchPresentation::expanded, NotchSide::right, {1572, 740, 268, 340}, 170);
+        row("plain", NotchStyle::pill, NotchPresentation::expanded, NotchSide::left, {80, 740, 268, 340}, 24);
+        row("plain", NotchStyle::pill, NotchPresentation::expanded, NotchSide::right, {1572, 740, 268, 340}, 24);
         row("plain", NotchStyle::pill, NotchPresentation::active, NotchSide::left, {80, 1050, 124, 30}, 15);
         row("plain", NotchStyle::pill, NotchPresentation::active, NotchSide::right, {1716, 1050, 124, 30}, 15);
         row("plain", NotchStyle::minimal, NotchPresentation::sleeping, NotchSide::left, {80, 1058, 64, 22}, 10);
@@ -253,9 +254,61 @@ private slots:
         QCOMPARE(NotchLayout::cornerRadius(NotchStyle::minimal, 24, p), 10.0);
         QCOMPARE(NotchLayout::cornerRadius(NotchStyle::minimal, 16, p), 8.0);
         QCOMPARE(NotchLayout::cornerRadius(NotchStyle::pill, 30, p), 15.0);
-        QCOMPARE(NotchLayout::cornerRadius(NotchStyle::pill, 340, p), 170.0);
+        // An open pill is rounded like the roundest corner the settings offer, not
+        // into an upright capsule that would cut its titles and buttons off.
+        QCOMPARE(NotchLayout::cornerRadius(NotchStyle::pill, 340, p), 24.0);
+        QCOMPARE(NotchLayout::cornerRadius(NotchStyle::pill, 48, p), 24.0);
+        QCOMPARE(NotchLayout::cornerRadius(NotchStyle::pill, 46, p), 23.0);
         for (double height : {0.0, 22.0, 340.0, 1000.0})
             QCOMPARE(NotchLayout::cornerRadius(NotchStyle::classic, height, p), 3.0);
+        p.cornerRadius = 60; // beyond the settings' slider, as a hand-edited file may hold
+        QCOMPARE(NotchLayout::cornerRadius(NotchStyle::classic, 340, p), 24.0);
+    }
+
+    // The cap is for open surfaces: every collapsed one keeps the radius its style
+    // gives it, in every style, even with the roundest corner a file can store.
+    void collapsedRadiiAreUntouchedByTheCap()
+    {
+        for (NotchStyle style : allNotchStyles) {
+            for (double stored : {8.0, 14.0, 24.0, 60.0}) {
+                Preferences p;
+                p.style = style;
+                p.cornerRadius = stored;
+                for (NotchPresentation presentation :
+                     {NotchPresentation::sleeping, NotchPresentation::glance, NotchPresentation::active}) {
+                    const Size size = NotchLayout::size(presentation, p);
+                    const double styleRule = style == NotchStyle::classic ? stored
+                                             : style == NotchStyle::pill ? size.height / 2
+                                                                         : std::min(size.height / 2, 10.0);
+                    QCOMPARE(NotchLayout::outlineRadius(style, size, p),
+                             std::min({styleRule, size.width / 2, size.height / 2}));
+                }
+            }
+        }
+    }
+
+    void outlineRadiusFitsTheSurface()
+    {
+        Preferences p;
+        p.style = NotchStyle::pill;
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::pill, {268, 340}, p), 24.0);
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::pill, {76, 28}, p), 14.0);
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::minimal, {268, 340}, p), 10.0);
+        // Never more than half the shorter side: a squat open surface is a capsule.
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::pill, {30, 340}, p), 15.0);
+        p.cornerRadius = 20;
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::classic, {84, 30}, p), 15.0);
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::classic, {268, 340}, p), 20.0);
+        // A stored radius that is no positive number gives square corners.
+        for (double stored : {std::numeric_limits<double>::quiet_NaN(), -3.0, 0.0,
+                              -std::numeric_limits<double>::infinity()}) {
+            p.cornerRadius = stored;
+            QCOMPARE(NotchLayout::outlineRadius(NotchStyle::classic, {268, 340}, p), 0.0);
+        }
+        p.cornerRadius = std::numeric_limits<double>::infinity();
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::classic, {268, 340}, p), 24.0);
+        // Nor does a surface without a size have corners.
+        QCOMPARE(NotchLayout::outlineRadius(NotchStyle::pill, {0, 0}, p), 0.0);
     }
 
     void negativeSizesAreNotCorrected()
