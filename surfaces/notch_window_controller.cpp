@@ -255,7 +255,6 @@ void NotchWindowController::presentationDidChange(NotchPresentation presentation
 void NotchWindowController::move(NotchPresentation presentation, bool animated)
 {
     const QRect target = targetFrame(presentation);
-    m_catcher->setPillCornerRadius(NotchLayout::cornerRadius(preferences().style, target.height(), preferences()));
     if (animated && preferences().animateInterface && !reduceMotion()) {
         animate(target);
         return;
@@ -285,10 +284,18 @@ void NotchWindowController::animate(const QRect &to)
 void NotchWindowController::applyFrame(const QRect &frame)
 {
     m_window->setGeometry(frame);
-    const double radius = NotchLayout::cornerRadius(preferences().style, frame.height(), preferences());
+    // Every frame on the way of a move too: the outline follows the size the window has
+    // now, so the shape, the fill and where a drop is taken never disagree mid-move.
+    const Preferences p = preferences();
+    const double radius = NotchLayout::outlineRadius(p.style, Size{double(frame.width()), double(frame.height())}, p);
     m_window->setMask(roundedRegion(frame.size(), radius));
+    m_catcher->setPillCornerRadius(radius);
     if (m_shadow)
         m_shadow->follow(frame, radius);
+    if (radius != m_outlineRadius) {
+        m_outlineRadius = radius;
+        emit outlineChanged();
+    }
 }
 
 void NotchWindowController::updateShadow(NotchPresentation presentation)
@@ -305,7 +312,7 @@ void NotchWindowController::updateShadow(NotchPresentation presentation)
             *m_engine, side() == NotchSide::left ? QStringLiteral("Ledgewise left shadow") : QStringLiteral("Ledgewise right shadow"));
     }
     const QRect frame = m_window->geometry();
-    m_shadow->show(frame, NotchLayout::cornerRadius(preferences().style, frame.height(), preferences()));
+    m_shadow->show(frame, m_outlineRadius);
     // The shadow goes under the surface wherever the two meet.
     m_window->raise();
 }
@@ -383,24 +390,6 @@ void NotchWindowController::collapseIfClickOutside()
         return;
     if (!m_window->geometry().contains(QCursor::pos()))
         m_behaviour.clickedOutside();
-}
-
-double NotchWindowController::pillRadius() const
-{
-    const Preferences p = preferences();
-    double half = 14;
-    switch (m_surface.presentation()) {
-    case NotchPresentation::sleeping: half = 14; break;
-    case NotchPresentation::glance:
-    case NotchPresentation::active: half = 15; break;
-    case NotchPresentation::expanded: half = p.height * 0.5; break;
-    }
-    switch (p.style) {
-    case NotchStyle::classic: return p.cornerRadius;
-    case NotchStyle::pill: return half;
-    case NotchStyle::minimal: return std::min(half, 10.0);
-    }
-    return half;
 }
 
 double NotchWindowController::fillOpacity() const

@@ -31,7 +31,7 @@ class NotchWindowController : public QObject,
 {
     Q_OBJECT
     Q_PROPERTY(ledgewise::NotchSurfaceModel *surface READ surface CONSTANT)
-    Q_PROPERTY(double pillRadius READ pillRadius NOTIFY appearanceChanged)
+    Q_PROPERTY(double pillRadius READ pillRadius NOTIFY outlineChanged)
     Q_PROPERTY(double fillOpacity READ fillOpacity NOTIFY appearanceChanged)
     Q_PROPERTY(bool classicRim READ classicRim NOTIFY appearanceChanged)
     Q_PROPERTY(QList<QObject *> modules READ modules NOTIFY appearanceChanged)
@@ -67,7 +67,9 @@ public:
     void moveToCurrentPresentation(const DisplaySnapshot &display);
 
     // QML
-    double pillRadius() const;
+    // The corner radius of the outline the surface has now: the fill is drawn with it,
+    // the window is cut to it and the drag catcher takes drops inside it.
+    double pillRadius() const { return m_outlineRadius; }
     double fillOpacity() const;
     bool classicRim() const;
     QList<QObject *> modules() const;
@@ -97,6 +99,7 @@ public:
 
 signals:
     void appearanceChanged();
+    void outlineChanged();
     void dropChanged();
     // A click on a collapsed surface: the notch controller decides which one toggles.
     void toggleRequested(ledgewise::NotchSide side);
@@ -140,6 +143,8 @@ private:
     std::unique_ptr<GlobalClickMonitor> m_globalMonitor;
     bool m_localMonitor = false;
     QString m_dropNotice;
+    // Set with each frame the window takes (applyFrame), and only there.
+    double m_outlineRadius = 0;
     // X time of the last press Qt delivered inside one of our own dialogs or menus: the
     // global monitor's report of that same press is not a click elsewhere.
     quint32 m_lastOwnWindowPress = 0;
