@@ -73,6 +73,7 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_dropSaves(std::make_unique<DropSaves>(&StandardFolders::downloads))
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
+    connect(m_timer.get(), &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
 }
 
 AppModel::Desktop::~Desktop() = default;

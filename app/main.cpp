@@ -3,6 +3,7 @@
 #include "app/screenshot_tour.h"
 #include "app/unix_signal_quit.h"
 #include "platform/dbus/application_service.h"
+#include "platform/x11/repaint_pacing.h"
 #include "platform/xdg/instance_lock.h"
 #include "platform/xdg/standard_folders.h"
 
@@ -54,8 +55,11 @@ int main(int argc, char *argv[])
     // fraction of the memory a GL context costs.
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // A running countdown repaints the surfaces once a second: paced to cost one wake-up.
+    paceRepaints();
     // Widgets only for the surfaces' menu and the file choosers; the surfaces are Qt Quick.
     QApplication app(argc, argv);
+    forgetRepaintPacing();
     QGuiApplication::setApplicationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setOrganizationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setApplicationVersion(QStringLiteral(LEDGEWISE_VERSION));

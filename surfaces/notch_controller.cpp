@@ -19,12 +19,6 @@ NotchController::NotchController(SurfaceContext *context, QQmlEngine &engine, QO
     , m_context(context)
     , m_engine(engine)
 {
-    m_timerPulse.setInterval(1000);
-    m_timerPulse.setTimerType(Qt::CoarseTimer);
-    connect(&m_timerPulse, &QTimer::timeout, this, [this] {
-        if (m_context && m_context->runningCountdownText())
-            refreshAll();
-    });
     // Screens announce a change in several signals at once; one rebuild follows them all.
     m_screenChange.setSingleShot(true);
     m_screenChange.setInterval(0);
@@ -53,6 +47,12 @@ void NotchController::listen()
     connect(&m_context->preferencesStore(), &PreferencesStore::preferencesDidChange, this,
             &NotchController::preferencesChanged);
     connect(m_context, &SurfaceContext::timerDidChange, this, &NotchController::syncTimerPulse);
+    // The glance follows the countdown's own tick: one wake-up refreshes every surface,
+    // and all of them repaint in that same turn of the event loop.
+    connect(m_context, &SurfaceContext::countdownTicked, this, [this] {
+        if (m_context && m_context->runningCountdownText())
+            refreshAll();
+    });
     m_sleepMonitor = std::make_unique<SleepMonitor>();
     connect(m_sleepMonitor.get(), &SleepMonitor::woke, this, &NotchController::workspaceWoke);
 }
@@ -186,10 +186,8 @@ void NotchController::refreshAll()
 
 void NotchController::syncTimerPulse()
 {
-    if (m_context && m_context->runningCountdownText())
-        m_timerPulse.start();
-    else
-        m_timerPulse.stop();
+    // The countdown's tick keeps it current from here; only the start, and the end
+    // (active surfaces go back to sleep), need a refresh of their own.
     refreshAll();
 }
 

@@ -21,7 +21,8 @@ class SleepMonitor;
 // Decides which surfaces exist: one per side of the placement on each chosen display.
 // Rebuilds them when the displays, the placement or the external-monitor switch change
 // or the machine wakes; reshapes them in place for any other preference; routes the
-// toggle shortcuts; pulses once a second while a countdown runs.
+// toggle shortcuts; refreshes their glance on each tick of a running countdown. It has
+// no timer of its own for that: the countdown's one tick is the program's only beat.
 class NotchController : public QObject
 {
     Q_OBJECT
@@ -39,7 +40,6 @@ public:
     void workspaceWoke() { rebuild(false); }
 
     const std::vector<std::unique_ptr<NotchWindowController>> &controllers() const { return m_controllers; }
-    bool isPulsing() const { return m_timerPulse.isActive(); }
 
     // The screen with keyboard focus: the one holding the middle of the active window,
     // else the one under the pointer, else the primary one.
@@ -62,7 +62,6 @@ private:
     QPointer<SurfaceContext> m_context;
     QQmlEngine &m_engine;
     std::vector<std::unique_ptr<NotchWindowController>> m_controllers;
-    QTimer m_timerPulse;
     QTimer m_screenChange;
     std::unique_ptr<SleepMonitor> m_sleepMonitor;
     std::optional<NotchPlacement> m_lastPlacement;

@@ -47,6 +47,9 @@ public:
 signals:
     // A countdown started, was cancelled or finished.
     void timerDidChange();
+    // The running countdown's clock moved on: once a second while it runs, and the one
+    // beat on which the surfaces refresh its text.
+    void countdownTicked();
 };
 
 } // namespace ledgewise

@@ -17,9 +17,12 @@ TimerSession::TimerSession(UserNotifications *notifications, SystemBell *bell, C
     , m_bell(bell)
     , m_clock(clock ? std::move(clock) : Clock([] { return QDateTime::currentMSecsSinceEpoch(); }))
 {
-    // One wake-up a second, and the system may move it a little to share wake-ups.
-    m_tick.setInterval(1000);
-    m_tick.setTimerType(Qt::CoarseTimer);
+    // The one timer of a running countdown. Each pulse sets it afresh for the moment
+    // the clock text next changes, so a tick always brings a new text and the surfaces
+    // never show a second late; it is precise because a coarse timer may fire early,
+    // before the text changed, and cost a second wake-up to catch up.
+    m_tick.setSingleShot(true);
+    m_tick.setTimerType(Qt::PreciseTimer);
     connect(&m_tick, &QTimer::timeout, this, &TimerSession::pulse);
 }
 
@@ -61,8 +64,32 @@ void TimerSession::cancel()
 
 void TimerSession::beginTicking()
 {
-    m_tick.start();
+    m_tick.stop();
     pulse();
+}
+
+std::optional<int> TimerSession::nextTickInMs() const
+{
+    if (!m_endDate)
+        return std::nullopt;
+    // The clock shows whole seconds rounded up, so its text changes each time the time
+    // left crosses a whole second: 300.0 s left shows "5:00" until 299.0 s are left.
+    // A few milliseconds past that moment, so that a clock read at the tick is surely
+    // beyond it.
+    constexpr qint64 pastTheChangeMs = 5;
+    const qint64 left = *m_endDate - m_clock();
+    if (left <= 0)
+        return 0;
+    const qint64 untilChange = (left - 1) % 1000 + 1;
+    return int(untilChange + pastTheChangeMs);
+}
+
+void TimerSession::scheduleNextTick()
+{
+    if (const auto next = nextTickInMs())
+        m_tick.start(*next);
+    else
+        m_tick.stop();
 }
 
 void TimerSession::pulse()
@@ -74,8 +101,12 @@ void TimerSession::pulse()
     // Always from the absolute end, so late or merged ticks never drift.
     const double left = double(*m_endDate - m_clock()) / 1000.0;
     setRemaining(std::isnan(left) ? 0 : std::max(left, 0.0));
-    if (m_remaining <= 0)
+    if (m_remaining <= 0) {
         finish();
+        return;
+    }
+    scheduleNextTick();
+    emit ticked();
 }
 
 void TimerSession::finish()

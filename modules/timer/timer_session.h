@@ -46,20 +46,27 @@ public:
     Q_INVOKABLE void cancel();
 
     // The ticker's step: recomputes `remaining` from the end date and finishes when it
-    // is reached. Runs once a second while running.
+    // is reached. Runs once a second while running, just after the clock text changes.
     void pulse();
 
     bool isTicking() const { return m_tick.isActive(); }
+    // How long after now the next tick is due: just past the moment the clock text next
+    // changes. Nothing while idle.
+    std::optional<int> nextTickInMs() const;
 
 signals:
     // Ledgewise.timerDidChange: on start, cancel and finish only, never once a second.
     void timerDidChange();
     void endDateChanged();
     void remainingChanged();
+    // Each tick that leaves the countdown running: the one beat the surfaces refresh on,
+    // so that a running countdown wakes the program once a second and no more.
+    void ticked();
     void lastPresetMinutesChanged();
 
 private:
     void beginTicking();
+    void scheduleNextTick();
     void finish();
     void requestAuthorizationThenNotify(double duration);
     void setEndDate(std::optional<qint64> endDate);

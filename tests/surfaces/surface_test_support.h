@@ -39,13 +39,24 @@ inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &t
 class TestContext final : public SurfaceContext
 {
 public:
-    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer)) {}
+    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer))
+    {
+        // As the application wires its session, for a test that starts a real countdown.
+        connect(&timer, &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
+        connect(&timer, &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
+    }
 
     PreferencesStore &preferencesStore() override { return store; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
     QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
     std::optional<QString> newestDownloadName() override { return std::nullopt; }
-    std::optional<QString> runningCountdownText() override { return countdown; }
+    // The text a test set, else the real session's while it runs.
+    std::optional<QString> runningCountdownText() override
+    {
+        if (countdown || !timer.isRunning())
+            return countdown;
+        return timer.remainingText();
+    }
     QObject *timerSession() override { return nullptr; }
     void performDropAction(DropAction action, const DropPayload &payload) override
     {

@@ -248,6 +248,62 @@ private slots:
         QVERIFY(remaining.count() >= 2);
     }
 
+    void eachTickFallsJustAfterTheClockTextChanges()
+    {
+        Fixture f;
+        QSignalSpy ticks(&f.session, &TimerSession::ticked);
+        f.session.start(300);
+        QCOMPARE(ticks.count(), 1); // the first pulse, inside start
+        // "5:00" holds until 299 s are left; the tick comes 5 ms after that.
+        QCOMPARE(f.session.nextTickInMs().value_or(-1), 1005);
+        for (const QString &expected : {QStringLiteral("4:59"), QStringLiteral("4:58"), QStringLiteral("4:57")}) {
+            const int next = *f.session.nextTickInMs();
+            f.now += next;
+            f.session.pulse();
+            QCOMPARE(f.session.remainingText(), expected);
+            QVERIFY(f.session.isTicking());
+        }
+        QCOMPARE(ticks.count(), 4);
+        // A tick 300 ms late (295.695 s left) is brought back in step: the next is due
+        // 5 ms after 295 s are left.
+        f.now += 1300;
+        f.session.pulse();
+        QCOMPARE(f.session.remainingText(), QStringLiteral("4:56"));
+        QCOMPARE(f.session.nextTickInMs().value_or(-1), 695 + 5);
+    }
+
+    void aFractionOfASecondTicksAtTheNextWholeSecond()
+    {
+        Fixture f;
+        f.session.start(1.5);
+        QCOMPARE(f.session.remainingText(), QStringLiteral("0:02"));
+        QCOMPARE(f.session.nextTickInMs().value_or(-1), 505);
+        f.now += 505;
+        f.session.pulse();
+        QCOMPARE(f.session.remainingText(), QStringLiteral("0:01"));
+        QCOMPARE(f.session.nextTickInMs().value_or(-1), 1000);
+        QSignalSpy ticks(&f.session, &TimerSession::ticked);
+        f.now += 1000;
+        f.session.pulse();
+        // The end is no tick: it finishes, and the session goes quiet.
+        QVERIFY(!f.session.isRunning());
+        QVERIFY(!f.session.isTicking());
+        QVERIFY(!f.session.nextTickInMs());
+        QCOMPARE(ticks.count(), 0);
+        QCOMPARE(f.bell.rings, 1);
+    }
+
+    void theRealTickerChangesTheTextOnEveryTick()
+    {
+        TimerSession session(nullptr, nullptr);
+        QStringList texts;
+        connect(&session, &TimerSession::ticked, &session, [&] { texts << session.remainingText(); });
+        session.start(2.0);
+        QTRY_VERIFY_WITH_TIMEOUT(!session.isRunning(), 6000);
+        // One tick a second, each with a new text, and the end right after "0:01".
+        QCOMPARE(texts, QStringList({QStringLiteral("0:02"), QStringLiteral("0:01")}));
+    }
+
     void lastPresetIsARecordOfTheLastChoice()
     {
         Fixture f;
