@@ -1,0 +1,107 @@
+// What Ledgewise keeps resident while it only shows its surfaces: its symbols are drawn
+// without Qt Quick's image loading, so no image format plugin (and none of the TIFF,
+// WebP, MNG... libraries behind them) is loaded until an image is really shown.
+#include "app/qml_modules.h"
+#include "tests/support/ledgewise_process.h"
+
+#include <QFile>
+#include <QImage>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+#include <QTest>
+
+using namespace ledgewise;
+using namespace ledgewise::testing;
+
+namespace {
+
+// Pixels in `area` of the window's last frame that are not the black it is filled with.
+int drawnPixels(QQuickWindow &window, const QRect &area)
+{
+    const QImage frame = window.grabWindow();
+    int drawn = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            drawn += qGray(frame.pixel(x, y)) > 40 ? 1 : 0;
+    return drawn;
+}
+
+QStringList mappedImagePlugins(qint64 pid)
+{
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(pid));
+    if (!maps.open(QIODevice::ReadOnly))
+        return {QStringLiteral("(maps unreadable)")};
+    QStringList plugins;
+    for (const QByteArray &line : maps.readAll().split('\n')) {
+        if (line.contains("/imageformats/"))
+            plugins.append(QString::fromUtf8(line.mid(line.lastIndexOf('/') + 1)));
+    }
+    plugins.removeDuplicates();
+    return plugins;
+}
+
+} // namespace
+
+class TestResidentMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+
+    void symbolDrawsItsDrawingAndNothingForAnUnknownName()
+    {
+        QQmlEngine engine;
+        addLedgewiseQmlModules(engine);
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick\nimport Ledgewise.Surfaces\n"
+                          "Rectangle { width: 48; height: 48; color: 'black'\n"
+                          "  Symbol { objectName: 'symbol'; x: 12; y: 12; name: 'timer'; size: 24 } }",
+                          QUrl::fromLocalFile(QStringLiteral("/symbol_test.qml")));
+        std::unique_ptr<QQuickItem> root(qobject_cast<QQuickItem *>(component.create()));
+        QVERIFY2(root, qPrintable(component.errorString()));
+        QQuickWindow window;
+        window.resize(48, 48);
+        root->setParentItem(window.contentItem());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window, 10000));
+
+        auto *symbol = root->findChild<QQuickItem *>(QStringLiteral("symbol"));
+        QVERIFY(symbol);
+        QCOMPARE(symbol->width(), 24.0);
+        QCOMPARE(symbol->height(), 24.0);
+        const QRect inside(12, 12, 24, 24);
+        QTRY_VERIFY_WITH_TIMEOUT(drawnPixels(window, inside) > 20, 10000);
+        // Nothing is drawn outside the symbol's own square.
+        QCOMPARE(drawnPixels(window, QRect(0, 0, 48, 10)), 0);
+
+        symbol->setProperty("name", QStringLiteral("no.such.symbol"));
+        QTRY_COMPARE_WITH_TIMEOUT(drawnPixels(window, inside), 0, 10000);
+        symbol->setProperty("name", QStringLiteral("xmark"));
+        QTRY_VERIFY_WITH_TIMEOUT(drawnPixels(window, inside) > 20, 10000);
+    }
+
+    void surfacesShownLoadNoImageFormatPlugin()
+    {
+        QProcess app;
+        app.setProcessChannelMode(QProcess::ForwardedChannels);
+        QVERIFY(startLedgewise(app));
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 30000);
+        // Both surfaces have drawn their symbols by now; give a late load time to show.
+        QTest::qWait(1000);
+        QCOMPARE(mappedImagePlugins(app.processId()), QStringList());
+
+        app.terminate();
+        QVERIFY(app.waitForFinished(10000));
+    }
+};
+
+QTEST_MAIN(TestResidentMemory)
+#include "test_resident_memory.moc"
