@@ -22,7 +22,7 @@ ColumnLayout {
         visible: view.module.rows.length === 0
         Layout.topMargin: 8
         Layout.bottomMargin: 8
-        text: "Copies stay on this Mac."
+        text: "Copies stay on this computer."
         color: NotchChrome.ivory
         opacity: 0.55
         font.pixelSize: 11

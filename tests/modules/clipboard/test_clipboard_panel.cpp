@@ -38,7 +38,7 @@ private slots:
         QVERIFY(f.panel.root());
         QCOMPARE(f.panel.text(QStringLiteral("clipboardHeader")), QStringLiteral("Clipboard"));
         QVERIFY(f.panel.visible(QStringLiteral("clipboardEmpty")));
-        QCOMPARE(f.panel.text(QStringLiteral("clipboardEmpty")), QStringLiteral("Copies stay on this Mac."));
+        QCOMPARE(f.panel.text(QStringLiteral("clipboardEmpty")), QStringLiteral("Copies stay on this computer."));
         QCOMPARE(f.panel.item(QStringLiteral("clipboardEmpty"))->opacity(), 0.55);
         QVERIFY(!f.panel.visible(QStringLiteral("clipboardList")));
     }
