@@ -82,6 +82,10 @@ Item {
                 width: parent.width - 17
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.surface.glanceText
+                // The newest copy or download is shown as it is, never as markup.
+                textFormat: Text.PlainText
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
                 color: NotchChrome.ivory
                 font.pixelSize: 11
                 font.weight: Font.Medium

@@ -97,8 +97,12 @@ void SurfaceBehaviour::handleHover(bool hovering)
     m_effects.cancelHide();
     const NotchPresentation presentation = m_surface.presentation();
     if (hovering) {
-        if (presentation == NotchPresentation::sleeping || presentation == NotchPresentation::active)
+        if (presentation == NotchPresentation::sleeping || presentation == NotchPresentation::active) {
+            // Copies and downloads arrive while the surface sleeps: the glance shows the
+            // newest of them, not what was there when it last refreshed.
+            refreshGlance();
             setPresentation(NotchPresentation::glance, true);
+        }
         return;
     }
     if (presentation == NotchPresentation::expanded) {

@@ -5,6 +5,11 @@ role and name, and runs its first action.
 
     atspi_press.py APPLICATION ROLE NAME      (ROLE: "push button", "menu item", ...)
 Prints "pressed" and exits 0, or says what it could not find and exits 1.
+
+    atspi_press.py --tree APPLICATION
+Reads what a screen reader can read of the application: every node on screen (state
+"showing"), depth first, one "role|name" a line (a line break in a name as "\\n").
+Exits 1 when the application is not on the bus within 15 seconds.
 """
 import sys
 import time
@@ -27,7 +32,36 @@ def find(node, role, name, depth=0):
     return None
 
 
+def showing(node, depth=0):
+    if depth > 40 or node is None:
+        return
+    try:
+        if not node.getState().contains(pyatspi.STATE_SHOWING) and depth > 0:
+            return
+        name = (node.name or "").replace("\\", "\\\\").replace("\n", "\\n")
+        yield node.getRoleName() + "|" + name
+        for index in range(node.childCount):
+            yield from showing(node.getChildAtIndex(index), depth + 1)
+    except Exception:  # a node that went away while we looked
+        return
+
+
+def read_tree(application):
+    deadline = time.time() + 15
+    while time.time() < deadline:
+        for app in pyatspi.Registry.getDesktop(0):
+            if app is not None and app.name.lower() == application.lower() and app.childCount > 0:
+                for line in showing(app):
+                    print(line)
+                return 0
+        time.sleep(0.2)
+    print(f"no application named {application!r}")
+    return 1
+
+
 def main():
+    if sys.argv[1] == "--tree":
+        return read_tree(sys.argv[2])
     application, role, name = sys.argv[1:4]
     deadline = time.time() + 15
     seen = []

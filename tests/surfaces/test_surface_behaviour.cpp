@@ -154,6 +154,23 @@ private slots:
         }
     }
 
+    void glanceOnHoverShowsTheNewestCopyAndDownload()
+    {
+        Surface s;
+        s.behaviour.refreshGlance();
+        s.environment.snippet = QStringLiteral("copied while asleep");
+        s.behaviour.handleHover(true);
+        QCOMPARE(s.presentation(), NotchPresentation::glance);
+        QCOMPARE(s.model.glanceText(), QStringLiteral("copied while asleep"));
+
+        Surface downloads;
+        downloads.environment.prefs.leftModuleIDs = {ModuleID::downloads};
+        downloads.behaviour.refreshGlance();
+        downloads.environment.newestDownload = QStringLiteral("arrived.zip");
+        downloads.behaviour.handleHover(true);
+        QCOMPARE(downloads.model.glanceText(), QStringLiteral("arrived.zip"));
+    }
+
     void endOfCountdownReturnsActiveToSleeping()
     {
         Surface s;
