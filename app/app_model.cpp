@@ -19,7 +19,9 @@
 #include "modules/timer/timer_session.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "platform/dbus/freedesktop_notifications.h"
+#include "platform/dbus/kdeconnect_devices.h"
 #include "platform/dbus/motion_preference.h"
+#include "platform/xdg/mail_composer.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
 
@@ -71,6 +73,8 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_prefs, *m_clipboard, *m_downloads, *m_timer, m_desktop)))
     , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
     , m_dropSaves(std::make_unique<DropSaves>(&StandardFolders::downloads))
+    , m_mail(std::make_unique<XdgMailComposer>())
+    , m_devices(std::make_unique<KdeConnectDevices>())
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
     connect(m_timer.get(), &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
@@ -154,8 +158,14 @@ void AppModel::performDropAction(DropAction action, const DropPayload &payload)
         m_dropSaves->save(payload);
         return;
     }
-    DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads()};
+    DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads(), m_mail.get(),
+                                 m_devices.get()};
     DropActions::perform(action, payload, context);
+}
+
+QObject *AppModel::deviceSender()
+{
+    return m_devices.get();
 }
 
 void AppModel::openSettings()

@@ -26,6 +26,8 @@ class UrlOpener;
 class DropSaves;
 class FileChooser;
 class ProgramLauncher;
+class MailComposer;
+class KdeConnectDevices;
 namespace GlobalShortcuts {
 class Store;
 }
@@ -71,6 +73,7 @@ public:
     bool reduceMotion() override;
     void performDropAction(DropAction action, const DropPayload &payload) override;
     DropSaves *dropSaves() override { return m_dropSaves.get(); }
+    QObject *deviceSender() override;
     void openSettings() override;
     void checkForUpdates() override;
     void quit() override;
@@ -104,6 +107,9 @@ private:
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
     // Saves of drops into the Downloads folder, on a worker; outlives the surfaces.
     std::unique_ptr<DropSaves> m_dropSaves;
+    // Share's mail composer and the phones Send to Device reaches.
+    std::unique_ptr<MailComposer> m_mail;
+    std::unique_ptr<KdeConnectDevices> m_devices;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
     std::unique_ptr<MotionPreference> m_motion;

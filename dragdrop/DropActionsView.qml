@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ledgewise.Surfaces
 
 // What can be done with a drop: its summary, a row of Copy, Save, Share and Open, and
-// AirDrop alone below. It only reports the chosen action.
+// Send to Device alone below. It only reports the chosen action.
 ColumnLayout {
     id: view
     property string summary
@@ -11,6 +11,8 @@ ColumnLayout {
     property string notice
     // [{ action, title, symbol }] in the order they are offered.
     property var actions: []
+    // The paired phones (KdeConnectDevices: available, statusText); null without one.
+    property QtObject devices: null
     signal actionChosen(string action)
 
     spacing: 10
@@ -22,8 +24,8 @@ ColumnLayout {
         // What another application handed over is shown as it is, never as markup.
         textFormat: Text.PlainText
         // Read out whole, as dropped, even where the view elides it.
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        // I10C-REVERT Accessible.role: Accessible.StaticText
+        // I10C-REVERT Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 11
         font.weight: Font.Medium
@@ -91,39 +93,100 @@ ColumnLayout {
         }
     }
 
-    Rectangle {
-        id: airDrop
-        objectName: "dropAction_airDrop"
-        readonly property var entry: view.actions.find(e => e.action === "airDrop") || ({ title: "AirDrop", symbol: "dot.radiowaves.left.and.right" })
+    // Send to Device, alone below the row: usable only while a paired phone is
+    // reachable; otherwise it is dimmed, does nothing, and says why on hover and to a
+    // screen reader.
+    Item {
+        id: sendRow
+        readonly property bool ready: view.devices !== null && view.devices.available
+        readonly property string status: view.devices !== null ? view.devices.statusText : ""
         Layout.fillWidth: true
-        implicitHeight: airDropLabel.implicitHeight + 12
-        radius: height / 2
-        color: Qt.rgba(NotchChrome.ivory.r, NotchChrome.ivory.g, NotchChrome.ivory.b, 0.08)
-        Accessible.role: Accessible.Button
-        Accessible.name: entry.title
-        Accessible.onPressAction: view.actionChosen("airDrop")
+        implicitHeight: airDrop.implicitHeight
 
-        Row {
-            id: airDropLabel
-            anchors.centerIn: parent
-            spacing: 6
-            Symbol {
-                anchors.verticalCenter: parent.verticalCenter
-                name: airDrop.entry.symbol
-                size: 11
+        Rectangle {
+            id: airDrop
+            objectName: "dropAction_airDrop"
+            readonly property var entry: view.actions.find(e => e.action === "airDrop") || ({ title: "Send to Device", symbol: "dot.radiowaves.left.and.right" })
+            anchors.fill: parent
+            enabled: sendRow.ready
+            opacity: enabled ? 1 : 0.45
+            implicitHeight: airDropLabel.implicitHeight + 12
+            radius: height / 2
+            color: Qt.rgba(NotchChrome.ivory.r, NotchChrome.ivory.g, NotchChrome.ivory.b, 0.08)
+            Accessible.role: Accessible.Button
+            Accessible.name: entry.title
+            // Qt Quick tells a screen reader nothing of a disabled item, so the
+            // description says why it cannot send.
+            Accessible.description: sendRow.status
+            Accessible.onPressAction: if (sendRow.ready) view.actionChosen("airDrop")
+
+            Row {
+                id: airDropLabel
+                anchors.centerIn: parent
+                spacing: 6
+                Symbol {
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: airDrop.entry.symbol
+                    size: 11
+                }
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: airDrop.entry.title
+                    textFormat: Text.PlainText
+                    color: NotchChrome.ivory
+                    font.pixelSize: 11
+                    font.weight: Font.Medium
+                }
             }
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: airDrop.entry.title
-                textFormat: Text.PlainText
-                color: NotchChrome.ivory
-                font.pixelSize: 11
-                font.weight: Font.Medium
+            MouseArea {
+                anchors.fill: parent
+                onClicked: if (sendRow.ready) view.actionChosen("airDrop")
             }
         }
+
+        // A disabled button hears no hover, so the tooltip follows the pointer here.
+        property bool tooltipShown: false
         MouseArea {
+            id: sendHover
             anchors.fill: parent
-            onClicked: view.actionChosen("airDrop")
+            hoverEnabled: true
+            acceptedButtons: Qt.NoButton
+            onContainsMouseChanged: {
+                sendRow.tooltipShown = false;
+                if (containsMouse)
+                    tooltipDelay.restart();
+                else
+                    tooltipDelay.stop();
+            }
+        }
+        Timer {
+            id: tooltipDelay
+            interval: 600
+            onTriggered: sendRow.tooltipShown = true
+        }
+        Rectangle {
+            objectName: "sendToDeviceTooltip"
+            visible: sendRow.tooltipShown && sendRow.status.length > 0
+            anchors.bottom: parent.top
+            anchors.bottomMargin: 4
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, tooltipText.implicitWidth + 16)
+            height: tooltipText.implicitHeight + 10
+            radius: 6
+            color: NotchChrome.ivory
+            z: 1
+            Text {
+                id: tooltipText
+                objectName: "sendToDeviceTooltipText"
+                anchors.centerIn: parent
+                width: Math.min(implicitWidth, sendRow.width - 16)
+                text: sendRow.status
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignHCenter
+                color: "black"
+                font.pixelSize: 10
+            }
         }
     }
 }

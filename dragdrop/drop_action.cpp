@@ -11,12 +11,14 @@ struct ActionCase {
     const char *symbol;
 };
 
+// The last one sends to a phone paired with this computer; its stored value keeps the
+// name it has always had, so nothing stored or scripted against it changes.
 constexpr ActionCase actionCases[] = {
     {DropAction::copy, "copy", "Copy", "doc.on.doc"},
     {DropAction::save, "save", "Save", "arrow.down.to.line"},
     {DropAction::share, "share", "Share", "square.and.arrow.up"},
     {DropAction::open, "open", "Open", "arrow.up.forward"},
-    {DropAction::airDrop, "airDrop", "AirDrop", "dot.radiowaves.left.and.right"},
+    {DropAction::airDrop, "airDrop", "Send to Device", "dot.radiowaves.left.and.right"},
 };
 
 const ActionCase &caseOf(DropAction action)

@@ -1,8 +1,11 @@
 #include "dragdrop/drop_actions.h"
 
 #include "platform/clipboard/pasteboard.h"
+#include "platform/dbus/device_sender.h"
+#include "platform/xdg/mail_composer.h"
 #include "platform/xdg/url_opener.h"
 
+#include <QFileInfo>
 #include <QMimeData>
 
 #include <algorithm>
@@ -41,8 +44,12 @@ void perform(DropAction action, const DropPayload &payload, Context &context)
         open(payload, context.opener);
         return;
     case DropAction::share:
+        if (context.mail)
+            share(payload, *context.mail);
+        return;
     case DropAction::airDrop:
-        // Nothing to hand the items to on this desktop: the action ends here, quietly.
+        if (context.devices)
+            sendToDevice(payload, *context.devices);
         return;
     }
 }
@@ -114,14 +121,51 @@ bool open(const DropPayload &payload, UrlOpener &opener)
     return true;
 }
 
-bool shareAvailable()
+MailDraft mailDraft(const DropPayload &payload)
 {
-    return false;
+    MailDraft draft;
+    if (!payload.fileURLs.isEmpty()) {
+        for (const QUrl &url : payload.fileURLs) {
+            const QFileInfo file(url.toLocalFile());
+            if (file.isFile())
+                draft.attachments << file.absoluteFilePath();
+        }
+    } else if (!payload.urls.isEmpty()) {
+        QStringList lines;
+        for (const QUrl &url : payload.urls)
+            lines << url.toString();
+        draft.body = lines.join(QLatin1Char('\n'));
+    } else if (payload.image) {
+        // Nothing: a picture would first have to become a file of ours to attach.
+    } else if (payload.text) {
+        draft.body = *payload.text;
+    }
+    return draft;
 }
 
-bool airDropAvailable()
+bool share(const DropPayload &payload, MailComposer &mail)
 {
-    return false;
+    const MailDraft draft = mailDraft(payload);
+    return !draft.isEmpty() && mail.compose(draft);
+}
+
+DeviceShare deviceShare(const DropPayload &payload)
+{
+    DeviceShare share;
+    const QList<QUrl> &urls = payload.fileURLs.isEmpty() ? payload.urls : payload.fileURLs;
+    if (!urls.isEmpty()) {
+        for (const QUrl &url : urls)
+            share.urls << url.toString(QUrl::FullyEncoded);
+    } else if (payload.text && !payload.image) {
+        share.text = *payload.text;
+    }
+    return share;
+}
+
+bool sendToDevice(const DropPayload &payload, DeviceSender &devices)
+{
+    const DeviceShare share = deviceShare(payload);
+    return !share.isEmpty() && devices.canSend() && devices.send(share);
 }
 
 } // namespace ledgewise::DropActions

@@ -124,6 +124,7 @@ Item {
                     summary: root.controller.dropSummary
                     notice: root.controller.dropNotice
                     actions: root.controller.dropActions
+                    devices: root.controller.devices
                     onActionChosen: action => root.controller.performDropAction(action)
                 }
             }

@@ -434,6 +434,11 @@ QObject *NotchWindowController::saves() const
     return m_context ? m_context->dropSaves() : nullptr;
 }
 
+QObject *NotchWindowController::devices() const
+{
+    return m_context ? m_context->deviceSender() : nullptr;
+}
+
 void NotchWindowController::hoverChanged(bool hovering)
 {
     m_behaviour.handleHover(hovering);

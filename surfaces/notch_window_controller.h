@@ -39,6 +39,7 @@ class NotchWindowController : public QObject,
     Q_PROPERTY(QVariantList dropActions READ dropActions CONSTANT)
     Q_PROPERTY(QString dropNotice READ dropNotice NOTIFY dropChanged)
     Q_PROPERTY(QObject *saves READ saves CONSTANT)
+    Q_PROPERTY(QObject *devices READ devices CONSTANT)
 
 public:
     NotchWindowController(NotchSide side, const DisplaySnapshot &display, SurfaceContext *context,
@@ -80,6 +81,8 @@ public:
     QString dropNotice() const { return m_dropNotice; }
     // The saves of drops under way (DropSaves), or nullptr without an application.
     QObject *saves() const;
+    // The paired phones Send to Device reaches, or nullptr without an application.
+    QObject *devices() const;
     Q_INVOKABLE void hoverChanged(bool hovering);
     Q_INVOKABLE void clicked();
     Q_INVOKABLE void secondaryClicked();

@@ -40,6 +40,8 @@ public:
     // Save runs in the background: `dropSaves` shows how far it got.
     virtual void performDropAction(DropAction action, const DropPayload &payload) = 0;
     virtual DropSaves *dropSaves() { return nullptr; }
+    // The paired phones Send to Device reaches (KdeConnectDevices), or nullptr.
+    virtual QObject *deviceSender() { return nullptr; }
     virtual void openSettings() = 0;
     virtual void checkForUpdates() = 0;
     virtual void quit() = 0;

@@ -2,6 +2,8 @@
 #include "dragdrop/unique_name.h"
 #include "tests/support/fake_pasteboard.h"
 #include "tests/support/recording_url_opener.h"
+#include "platform/dbus/device_sender.h"
+#include "platform/xdg/mail_composer.h"
 
 #include <QDir>
 #include <QFile>
@@ -77,6 +79,30 @@ bool saveEnds(const DropPayload &payload, const QString &downloads, const QStrin
     saving.wait();
     return false;
 }
+
+class RecordingMailComposer final : public MailComposer
+{
+public:
+    bool compose(const MailDraft &draft) override
+    {
+        drafts.append(draft);
+        return true;
+    }
+    QList<MailDraft> drafts;
+};
+
+class RecordingDeviceSender final : public DeviceSender
+{
+public:
+    bool canSend() const override { return reachable; }
+    bool send(const DeviceShare &share) override
+    {
+        sent.append(share);
+        return true;
+    }
+    bool reachable = true;
+    QList<DeviceShare> sent;
+};
 
 } // namespace
 
@@ -403,7 +429,52 @@ private slots:
         QVERIFY(entries(downloads.path()).isEmpty());
     }
 
-    void shareAndAirDropEndQuietly()
+    void shareAttachesTheDroppedRegularFiles()
+    {
+        QTemporaryDir folder;
+        const QString report = folder.filePath(QStringLiteral("report 1.pdf"));
+        const QString odd = folder.filePath(QStringLiteral("--subject\nline.txt"));
+        writeFile(report, "pdf");
+        writeFile(odd, "odd");
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("photos")));
+        const DropPayload payload = filePayload(
+            {report, folder.filePath(QStringLiteral("photos")), folder.filePath(QStringLiteral("gone.txt")), odd});
+        // A folder or a file gone meanwhile cannot be attached; the others still are.
+        QCOMPARE(DropActions::mailDraft(payload), (MailDraft{{report, odd}, {}}));
+
+        RecordingMailComposer mail;
+        FakePasteboard pasteboard;
+        RecordingUrlOpener opener;
+        QTemporaryDir downloads;
+        DropActions::Context context{pasteboard, opener, downloads.path(), &mail, nullptr};
+        DropActions::perform(DropAction::share, payload, context);
+        QCOMPARE(mail.drafts, QList<MailDraft>({MailDraft{{report, odd}, {}}}));
+        // Nothing else is touched.
+        QCOMPARE(pasteboard.changeCount(), 0);
+        QVERIFY(opener.opened.isEmpty());
+        QVERIFY(entries(downloads.path()).isEmpty());
+    }
+
+    void shareMailsLinksOneALineOrTheTextAsTheBody()
+    {
+        QCOMPARE(DropActions::mailDraft(linkPayload({QUrl(QStringLiteral("https://example.org/a b")),
+                                                     QUrl(QStringLiteral("mailto:me@example.org"))})),
+                 (MailDraft{{}, QStringLiteral("https://example.org/a b\nmailto:me@example.org")}));
+        QCOMPARE(DropActions::mailDraft(textPayload(QStringLiteral("-- first\n<b>second</b>"))),
+                 (MailDraft{{}, QStringLiteral("-- first\n<b>second</b>")}));
+    }
+
+    void shareOfAnImageOrOfFoldersOnlyMailsNothing()
+    {
+        QTemporaryDir folder;
+        RecordingMailComposer mail;
+        QVERIFY(!DropActions::share(imagePayload(), mail));
+        QVERIFY(!DropActions::share(filePayload({folder.path()}), mail));
+        QVERIFY(!DropActions::share(DropPayload{}, mail));
+        QVERIFY(mail.drafts.isEmpty());
+    }
+
+    void shareWithoutAComposerOrSendWithoutAPhoneEndsQuietly()
     {
         FakePasteboard pasteboard;
         RecordingUrlOpener opener;
@@ -413,11 +484,49 @@ private slots:
             DropActions::perform(action, textPayload(QStringLiteral("https://example.org")), context);
             DropActions::perform(action, DropPayload{}, context);
         }
-        QVERIFY(!DropActions::shareAvailable());
-        QVERIFY(!DropActions::airDropAvailable());
+        RecordingDeviceSender unreachable;
+        unreachable.reachable = false;
+        context.devices = &unreachable;
+        DropActions::perform(DropAction::airDrop, textPayload(QStringLiteral("hello")), context);
+        QVERIFY(unreachable.sent.isEmpty());
         QCOMPARE(pasteboard.changeCount(), 0);
         QVERIFY(opener.opened.isEmpty());
         QVERIFY(entries(downloads.path()).isEmpty());
+    }
+
+    void mailComposerArgumentsAreOneArgumentEach()
+    {
+        // Nothing a name or a text holds is read as an option: every value follows its
+        // option as an argument of its own.
+        QCOMPARE(XdgMailComposer::arguments(MailDraft{{QStringLiteral("/tmp/a b.txt"), QStringLiteral("/tmp/--body x")}, {}}),
+                 QStringList({"--utf8", "--attach", "/tmp/a b.txt", "--attach", "/tmp/--body x"}));
+        QCOMPARE(XdgMailComposer::arguments(MailDraft{{}, QStringLiteral("--attach /etc/passwd\n$(id)")}),
+                 QStringList({"--utf8", "--body", "--attach /etc/passwd\n$(id)"}));
+        XdgMailComposer real;
+        QVERIFY(!real.compose(MailDraft{})); // an empty mail is never started
+    }
+
+    void sendToDeviceSendsFilesLinksOrText()
+    {
+        QTemporaryDir folder;
+        const QString report = folder.filePath(QStringLiteral("report 1.pdf"));
+        QCOMPARE(DropActions::deviceShare(filePayload({report})),
+                 (DeviceShare{{QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded)}, {}}));
+        QVERIFY(DropActions::deviceShare(filePayload({report})).urls.constFirst().endsWith(QStringLiteral("report%201.pdf")));
+        QCOMPARE(DropActions::deviceShare(linkPayload({QUrl(QStringLiteral("https://example.org/a")),
+                                                       QUrl(QStringLiteral("https://example.org/b"))})),
+                 (DeviceShare{{"https://example.org/a", "https://example.org/b"}, {}}));
+        QCOMPARE(DropActions::deviceShare(textPayload(QStringLiteral("hello"))), (DeviceShare{{}, QStringLiteral("hello")}));
+        QVERIFY(DropActions::deviceShare(imagePayload()).isEmpty());
+
+        RecordingDeviceSender phone;
+        FakePasteboard pasteboard;
+        RecordingUrlOpener opener;
+        QTemporaryDir downloads;
+        DropActions::Context context{pasteboard, opener, downloads.path(), nullptr, &phone};
+        DropActions::perform(DropAction::airDrop, filePayload({report}), context);
+        DropActions::perform(DropAction::airDrop, imagePayload(), context);
+        QCOMPARE(phone.sent, QList<DeviceShare>({DeviceShare{{QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded)}, {}}}));
     }
 
     void performDispatches()

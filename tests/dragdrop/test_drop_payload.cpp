@@ -377,7 +377,7 @@ private slots:
             QCOMPARE(dropActionFromRaw(rawValue(action)), action);
         }
         QCOMPARE(raws, QStringList({"copy", "save", "share", "open", "airDrop"}));
-        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open", "AirDrop"}));
+        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open", "Send to Device"}));
         QCOMPARE(symbols, QStringList({"doc.on.doc", "arrow.down.to.line", "square.and.arrow.up", "arrow.up.forward",
                                        "dot.radiowaves.left.and.right"}));
         QCOMPARE(dropActionFromRaw(QStringLiteral("Copy")), std::nullopt);
