@@ -7,6 +7,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
+# The memory benchmark measures CopyQ beside Ledgewise when it is there.
+if ! command -v copyq >/dev/null; then
+  if ! { apt-get install -y --no-install-recommends copyq >/dev/null 2>&1 ||
+         sudo -n apt-get install -y --no-install-recommends copyq >/dev/null 2>&1; }; then
+    echo "CopyQ could not be installed from Debian; the memory benchmark runs without it."
+  fi
+fi
 cmake --preset default >/dev/null
 cmake --build --preset default
 for bench in build/default/bench/*/bench_*; do
