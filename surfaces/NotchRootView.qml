@@ -81,11 +81,10 @@ Item {
                 objectName: "glanceText"
                 width: parent.width - 17
                 anchors.verticalCenter: parent.verticalCenter
-                text: root.surface.glanceText
-                // The newest copy or download is shown as it is, never as markup.
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                // Hidden (sleeping or open), the row holds no text at all: a running
+                // countdown changes it every second, and a change no one sees must not
+                // cost the window a frame.
+                text: parent.visible ? root.surface.glanceText : ""
                 color: NotchChrome.ivory
                 font.pixelSize: 11
                 font.weight: Font.Medium
@@ -124,7 +123,6 @@ Item {
                     summary: root.controller.dropSummary
                     notice: root.controller.dropNotice
                     actions: root.controller.dropActions
-                    devices: root.controller.devices
                     onActionChosen: action => root.controller.performDropAction(action)
                 }
             }
