@@ -24,8 +24,8 @@ ColumnLayout {
         // What another application handed over is shown as it is, never as markup.
         textFormat: Text.PlainText
         // Read out whole, as dropped, even where the view elides it.
-        // I10C-REVERT Accessible.role: Accessible.StaticText
-        // I10C-REVERT Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 11
         font.weight: Font.Medium
