@@ -13,6 +13,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <malloc.h>
 #include <memory>
 
 using namespace ledgewise;
@@ -42,6 +43,13 @@ int quitRunningInstance(int argc, char *argv[])
 
 int main(int argc, char *argv[])
 {
+    // A big copy passes through buffers of many megabytes on the clipboard reader's and
+    // the history writer's threads. With malloc's own sliding threshold, once one such
+    // buffer is freed the next ones come from the heap and stay there after they are
+    // freed (50 large copies left 175 MB resident for 112 MB in use); a fixed threshold
+    // gives every buffer over 256 KiB back to the system when it is freed, for one
+    // mmap and munmap each.
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);
     // Help, version and the quit command work without a display.
     const CommandLine command = parseCommandLine(argumentsOf(argc, argv));
     if (command.action == CommandLine::Action::PrintAndExit) {
