@@ -14,6 +14,8 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.topMargin: 4
         text: root.title
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         textFormat: Text.PlainText
         color: NotchChrome.ivory
         font.pixelSize: 12
@@ -25,6 +27,8 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.bottomMargin: 4
         text: "Coming in a later build"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         opacity: 0.62
         font.pixelSize: 11

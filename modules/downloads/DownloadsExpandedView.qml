@@ -12,6 +12,8 @@ ColumnLayout {
     Text {
         objectName: "downloadsHeader"
         text: "Downloads"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 12
         font.weight: Font.DemiBold
@@ -23,6 +25,8 @@ ColumnLayout {
         Layout.topMargin: 8
         Layout.bottomMargin: 8
         text: "Nothing in Downloads yet."
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         opacity: 0.55
         font.pixelSize: 11

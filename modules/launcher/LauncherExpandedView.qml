@@ -16,6 +16,8 @@ ColumnLayout {
     Text {
         objectName: "launcherTitle"
         text: "Launcher"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 12
         font.weight: Font.DemiBold
@@ -25,6 +27,8 @@ ColumnLayout {
         objectName: "launcherHint"
         visible: view.module.rows.length === 0
         text: "Pin apps, files, or sites."
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         opacity: 0.55
         font.pixelSize: 11

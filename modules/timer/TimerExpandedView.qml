@@ -18,6 +18,8 @@ ColumnLayout {
     Text {
         objectName: "timerTitle"
         text: "Timer"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         color: NotchChrome.ivory
         font.pixelSize: 12
         font.weight: Font.DemiBold

@@ -181,6 +181,14 @@ class TestSurfaceTexts : public QObject
     Q_OBJECT
 
 private slots:
+    // Each test starts with no clipboard history of an earlier one.
+    void init()
+    {
+        QDir data(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+        if (data.cd(QStringLiteral("Ledgewise")))
+            QVERIFY(data.removeRecursively());
+    }
+
     void markupFromOtherApplicationsIsShownAsTypedAndFetchesNothing()
     {
         CountingServer server;
@@ -275,6 +283,11 @@ private slots:
         QStringList read;
         for (const QString &name : names)
             QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("push button|") + name, &read), qPrintable(read.join(QLatin1Char('\n'))));
+
+        // The panels' headings, and what an empty history says, are read too.
+        for (const char *heading : {"Clipboard", "Copies stay on this computer.", "Downloads", "Timer"})
+            QVERIFY2(surfaceLines(read, QStringLiteral("left")).contains(QStringLiteral("label|") + QLatin1String(heading)),
+                     qPrintable(read.join(QLatin1Char('\n'))));
 
         // A countdown started from its preset: the open panel's clock reads its time as
         // it runs, and so does the other surface, which shows it too.
