@@ -3,7 +3,8 @@
 // tests/support/isolated.sh --display ...). Ledgewise starts with both surfaces and a
 // 50-entry history; CopyQ (when installed: scripts/bench.sh installs it from Debian)
 // starts with its own configuration in this sandbox; then another application makes
-// 50 copies that both take in, and both are measured again. Only resident figures are
+// 50 copies that both take in, then 50 large ones (4 MiB texts), and both are measured
+// after each. Only resident figures are
 // read from outside; neither program is driven otherwise.
 #include "bench/support/bench_support.h"
 
@@ -138,6 +139,19 @@ int main(int argc, char *argv[])
     bench::print("memory: Ledgewise after 50 copies", residentFigure(ledgewise.processId()));
     if (haveCopyq) {
         bench::print("memory: CopyQ after 50 copies",
+                     QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
+    }
+
+    // Then 50 large copies: texts of 4 MiB, each different (Ledgewise keeps 1 MiB of each).
+    const QByteArray large(4 * 1024 * 1024, 'z');
+    for (int i = 0; i < 50; ++i) {
+        copyElsewhere(QByteArray::number(i).rightJustified(12, '0') + large);
+        QThread::msleep(300);
+    }
+    QThread::sleep(5);
+    bench::print("memory: Ledgewise after 50 large copies", residentFigure(ledgewise.processId()));
+    if (haveCopyq) {
+        bench::print("memory: CopyQ after 50 large copies",
                      QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
         QProcess::execute(QStringLiteral("copyq"), {QStringLiteral("exit")});
         if (!copyq.waitForFinished(10000))
