@@ -5,6 +5,8 @@
 //  - CPU time and wake-ups a second with the surfaces idle (LEDGEWISE_BENCH_SECONDS, 60 s);
 //  - the same with a countdown running, started from the timer panel as a user starts it
 //    (LEDGEWISE_BENCH_COUNTDOWN_SECONDS, 20 s): about one wake-up a second is expected.
+// Wake-ups are the voluntary context switches of all threads, printed in all and by
+// thread (the main thread carries the program's name; Qt's X reader is QXcbEventQueue).
 #include "app/preferences_codec.h"
 #include "bench/support/bench_support.h"
 
@@ -12,6 +14,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMap>
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
@@ -109,17 +112,52 @@ bool startCountdown()
     return windowWidth(QStringLiteral("Ledgewise left surface")) == 132;
 }
 
+// Voluntary context switches of each thread, by thread id, with the thread's name.
+QMap<QString, QPair<QString, long long>> wakesByThread(qint64 pid)
+{
+    QMap<QString, QPair<QString, long long>> threads;
+    const QString task = QStringLiteral("/proc/%1/task").arg(pid);
+    for (const QString &tid : QDir(task).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile status(task + QLatin1Char('/') + tid + QStringLiteral("/status"));
+        if (!status.open(QIODevice::ReadOnly))
+            continue;
+        QString name;
+        long long wakes = 0;
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("Name:"))
+                name = QString::fromUtf8(line.mid(5).trimmed());
+            else if (line.startsWith("voluntary_ctxt_switches:"))
+                wakes = line.mid(24).trimmed().toLongLong();
+        }
+        threads.insert(tid, {name, wakes});
+    }
+    return threads;
+}
+
 void measureIdle(qint64 pid, int seconds, const char *label)
 {
     const double cpuBefore = cpuMs(pid);
-    const long long wakesBefore = statusValue(pid, "voluntary_ctxt_switches:");
+    const auto threadsBefore = wakesByThread(pid);
     QThread::sleep(seconds);
-    const long long wakes = statusValue(pid, "voluntary_ctxt_switches:") - wakesBefore;
+    const auto threadsAfter = wakesByThread(pid);
+    // Counted thread by thread: a worker thread that ended meanwhile takes its whole
+    // count out of the process's sum, which would hide wake-ups of the others.
+    long long wakes = 0;
+    QStringList perThread;
+    for (auto it = threadsAfter.cbegin(); it != threadsAfter.cend(); ++it) {
+        const long long woke = it->second - threadsBefore.value(it.key()).second;
+        wakes += woke;
+        if (woke > 0)
+            perThread.append(QStringLiteral("%1 %2").arg(it->first).arg(double(woke) / seconds, 0, 'f', 2));
+    }
     bench::print(label, QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
                             .arg(cpuMs(pid) - cpuBefore, 0, 'f', 1)
                             .arg(wakes)
                             .arg(seconds)
                             .arg(double(wakes) / seconds, 0, 'f', 2));
+    // Which threads woke: the main thread carries the process's name.
+    bench::print((QByteArray(label) + ", a second by thread").constData(),
+                 perThread.isEmpty() ? QStringLiteral("none") : perThread.join(QStringLiteral(", ")));
 }
 
 void fillHistory()
