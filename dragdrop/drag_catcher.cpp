@@ -92,6 +92,7 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
         const bool wasInside = m_dragInside;
         m_dragLetIn = m_dragInside = false;
         m_enteredPayload.reset();
+        m_acceptedAt.reset();
         if (wasInside)
             draggingExited();
         return true;
@@ -103,6 +104,7 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
         if (std::exchange(m_dragInside, false))
             draggingExited();
         m_enteredPayload.reset();
+        m_acceptedAt.reset();
         m_dragLetIn = drop->mimeData() && DropPayload::offersRegisteredType(*drop->mimeData());
     }
     // A drag that offers nothing a surface takes never reaches the catcher.
@@ -112,12 +114,18 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
     }
     const QMimeData &data = *drop->mimeData();
 
-    const bool inside = insideShape(drop->position());
     bool copy = false;
     if (event->type() == QEvent::Drop) {
         const bool wasInside = std::exchange(m_dragInside, false);
+        const auto acceptedAt = std::exchange(m_acceptedAt, std::nullopt);
         m_dragLetIn = false;
         const auto entered = std::exchange(m_enteredPayload, std::nullopt);
+        // The drag source lets go only where we last said yes, and sends a position only
+        // when the pointer moves. A surface opens under a pointer that has not moved
+        // since: the drop still names the point measured against the small window, which
+        // may lie outside the opened outline (or, on a window that grew to the left,
+        // somewhere else altogether). Where the user let go is where we said yes.
+        const bool inside = (wasInside && acceptedAt == drop->position()) || insideShape(drop->position());
         if (wasInside && !inside) {
             draggingExited();
         } else if (inside) {
@@ -137,14 +145,18 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
             if (!copy && wasInside)
                 draggingExited();
         }
-    } else if (inside && !m_dragInside) {
-        m_dragInside = true;
-        copy = draggingEntered(data);
-    } else if (!inside && m_dragInside) {
-        m_dragInside = false;
-        draggingExited();
-    } else if (inside) {
-        copy = draggingUpdated(data);
+    } else {
+        const bool inside = insideShape(drop->position());
+        if (inside && !m_dragInside) {
+            m_dragInside = true;
+            copy = draggingEntered(data);
+        } else if (!inside && m_dragInside) {
+            m_dragInside = false;
+            draggingExited();
+        } else if (inside) {
+            copy = draggingUpdated(data);
+        }
+        m_acceptedAt = copy ? std::optional(drop->position()) : std::nullopt;
     }
 
     if (copy) {

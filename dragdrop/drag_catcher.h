@@ -3,6 +3,7 @@
 #include "dragdrop/drop_payload.h"
 
 #include <QObject>
+#include <QPointF>
 #include <QPointer>
 #include <QSizeF>
 
@@ -64,6 +65,9 @@ private:
     // whether it is inside the rounded shape.
     bool m_dragLetIn = false;
     bool m_dragInside = false;
+    // Where the drag was last answered with copy, in the window's coordinates as they
+    // were then; none once it was refused.
+    std::optional<QPointF> m_acceptedAt;
     // What the drag carried when it last entered the shape (an image not yet decoded).
     std::optional<DropPayload> m_enteredPayload;
 };

@@ -17,6 +17,7 @@ packages=(
   libxkbcommon-dev libxkbcommon-x11-dev
   # virtual display, desktop services and the tools tests drive them with
   python3-pyatspi gir1.2-atspi-2.0
+  python3-gi gir1.2-gtk-3.0 # a GTK 3 application to drag from, as browsers and file managers are
   xvfb xauth xdotool xclip x11-utils x11-xserver-utils x11-xkb-utils xkb-data dbus dbus-x11 at-spi2-core fonts-dejavu-core
   # opening files and addresses with the user's default applications (xdg-open, xdg-mime)
   xdg-utils

@@ -218,6 +218,26 @@ private slots:
         QCOMPARE(handler.log, QStringList({"enter a.txt", "exit"}));
     }
 
+    void dropWhereTheDragWasTakenIsKeptAfterTheWindowOpenedUnderIt()
+    {
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QMimeData data;
+        data.setText(QStringLiteral("some text"));
+        // Taken at the sleeping pill's left end.
+        const QPointF leftEnd(4, 9);
+        QVERIFY(surface.enter(data, leftEnd));
+        // The surface opens under a pointer that has not moved: the drop names the same
+        // point, now in a corner of the open outline.
+        surface.window.resize(268, 340);
+        catcher.setPillCornerRadius(24);
+        QVERIFY(!catcher.contains(QSizeF(268, 340), leftEnd));
+        QVERIFY(surface.drop(data, leftEnd));
+        QCOMPARE(handler.log, QStringList({"enter some text", "drop some text"}));
+    }
+
     void dropWhoseDataCannotBeFetchedKeepsWhatTheDragCarriedIn()
     {
         DragCatcher catcher;

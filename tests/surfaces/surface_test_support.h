@@ -9,6 +9,7 @@
 #include "modules/timer/timer_module.h"
 #include "surfaces/surface_context.h"
 #include "tests/support/fake_key_value_store.h"
+#include "tests/support/x11_tools.h"
 
 #include "app/qml_modules.h"
 #include "surfaces/notch_controller.h"
@@ -78,14 +79,6 @@ public:
     QStringList performed;
     DropSaves *saves = nullptr;
 };
-
-inline QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
 
 // The window's geometry as the X server has it, found by its name like any tool would.
 inline QRect xGeometry(const QString &name)

@@ -2,6 +2,7 @@
 // of its own: the drag protocol is sensitive to what earlier windows left behind.
 #include "app/qml_modules.h"
 #include "surfaces/notch_controller.h"
+#include "tests/support/drag_source_process.h"
 #include "tests/surfaces/surface_test_support.h"
 
 #include <QDir>
@@ -12,6 +13,23 @@
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
+
+namespace {
+
+enum class Release { whereItEntered, deeper, afterACancelledDrag };
+
+// The sleeping left pill spans 80..156 x 0..28. A drag comes in from below on the left
+// or from below the middle, as a hand brings it from a window lower on the screen.
+struct Entry {
+    QPoint before;
+    QPoint at;
+};
+const Entry entries[] = {{QPoint(60, 60), QPoint(84, 9)}, {QPoint(120, 70), QPoint(118, 14)}};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Release)
+Q_DECLARE_METATYPE(DragSourceProcess::Toolkit)
 
 class TestSurfaceDrag : public QObject
 {
@@ -69,6 +87,74 @@ private slots:
         screenshot(QStringLiteral("drag-passed-by"));
         source.kill();
         source.waitForFinished();
+    }
+
+    void dropIsKept_data()
+    {
+        QTest::addColumn<DragSourceProcess::Toolkit>("toolkit");
+        QTest::addColumn<Release>("release");
+        using Toolkit = DragSourceProcess::Toolkit;
+        for (const auto &[toolkit, name] : {std::pair(Toolkit::gtk, "gtk"), std::pair(Toolkit::qt, "qt")}) {
+            QTest::addRow("%s, released where it entered", name) << toolkit << Release::whereItEntered;
+            QTest::addRow("%s, released deeper", name) << toolkit << Release::deeper;
+            QTest::addRow("%s, after a cancelled drag", name) << toolkit << Release::afterACancelledDrag;
+        }
+    }
+
+    // The default surface, a pill that opens with its animation, takes a drop wherever
+    // the user lets go inside it: where the drag came in (the window has grown under a
+    // pointer that has not moved since), deeper in the open panel, or after another drag
+    // that came in, went out again and was let go elsewhere. Ten rounds each.
+    void dropIsKept()
+    {
+        QFETCH(DragSourceProcess::Toolkit, toolkit);
+        QFETCH(Release, release);
+        const bool gtk = toolkit == DragSourceProcess::Toolkit::gtk;
+        const QString expectedSummary = gtk ? QStringLiteral("example.org") : QStringLiteral("a kept drop");
+        DragSourceProcess source(toolkit, QPoint(600, 500), QStringLiteral("a kept drop"),
+                                 QStringLiteral("https://example.org/kept"));
+        QVERIFY(source.isReady());
+        m_fixture->context->store.update([](Preferences &p) {
+            p.style = NotchStyle::pill;
+            p.animateInterface = true;
+        });
+        m_fixture->controller->rebuild(false);
+        NotchWindowController *surfaceLeft = surface(NotchSide::left);
+        QTRY_COMPARE_WITH_TIMEOUT(xGeometry(left), QRect(80, 0, 76, 28), 5000);
+
+        for (int round = 0; round < 10; ++round) {
+            const Entry &entry = entries[round % 2];
+            const auto where = [&] { return QStringLiteral("round %1, entered at %2,%3").arg(round).arg(entry.at.x()).arg(entry.at.y()); };
+            if (release == Release::afterACancelledDrag) {
+                source.dragThrough({QPoint(500, 400), QPoint(300, 200), entry.before, entry.at});
+                QTRY_VERIFY2_WITH_TIMEOUT(surfaceLeft->surface()->presentation() == NotchPresentation::expanded,
+                                          qPrintable(where()), 5000);
+                // Out again and let go at once, while the surface closes.
+                DragSourceProcess::moveThrough({QPoint(400, 420), QPoint(700, 600), QPoint(900, 700)}, 60);
+                QCOMPARE(source.release(), QByteArray("ignored"));
+                QVERIFY2(!surfaceLeft->surface()->hasDropPayload(), qPrintable(where()));
+            }
+
+            source.dragThrough({QPoint(500, 400), QPoint(300, 200), entry.before, entry.at});
+            QTRY_VERIFY2_WITH_TIMEOUT(surfaceLeft->surface()->presentation() == NotchPresentation::expanded,
+                                      qPrintable(where()), 5000);
+            // The panel opens all the way under the pointer before the user lets go.
+            QTRY_VERIFY2_WITH_TIMEOUT(xGeometry(left) == QRect(80, 0, 268, 340), qPrintable(where()), 5000);
+            if (release == Release::deeper)
+                DragSourceProcess::moveThrough({entry.at + QPoint(0, 20), entry.at + QPoint(0, 40)});
+            const QByteArray outcome = source.release();
+            QVERIFY2(outcome == "copy", qPrintable(where() + QStringLiteral(": the source saw ") + QString::fromLatin1(outcome)));
+            // Dropped: the drop's actions show in the open panel.
+            QTRY_VERIFY2_WITH_TIMEOUT(!surfaceLeft->surface()->isReceivingDrop(), qPrintable(where()), 5000);
+            QVERIFY2(surfaceLeft->surface()->hasDropPayload(), qPrintable(where()));
+            QCOMPARE(surfaceLeft->surface()->presentation(), NotchPresentation::expanded);
+            QCOMPARE(surfaceLeft->dropSummary(), expectedSummary);
+
+            // Away, and the surface closes for the next round.
+            DragSourceProcess::moveTo(QPoint(756, 700));
+            surfaceLeft->behaviour().collapse();
+            QTRY_VERIFY2_WITH_TIMEOUT(xGeometry(left) == QRect(80, 0, 76, 28), qPrintable(where()), 5000);
+        }
     }
 
 private:
