@@ -21,6 +21,14 @@ void SymbolArt::setName(const QString &name)
     emit nameChanged();
 }
 
+void SymbolArt::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
+    // Drawn again at the new size rather than scaled from the old drawing.
+    if (newGeometry.size() != oldGeometry.size())
+        update();
+}
+
 QString SymbolArt::resourcePath(const QString &name)
 {
     return QStringLiteral(":/qt/qml/Ledgewise/Surfaces/icons/%1.svg").arg(name);

@@ -30,6 +30,9 @@ public:
 signals:
     void nameChanged();
 
+protected:
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
 private:
     QString m_name;
 };

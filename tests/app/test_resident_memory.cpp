@@ -29,6 +29,22 @@ int drawnPixels(QQuickWindow &window, const QRect &area)
     return drawn;
 }
 
+// From the leftmost to the rightmost column of the frame with anything drawn.
+int drawnWidth(QQuickWindow &window)
+{
+    const QImage frame = window.grabWindow();
+    int first = frame.width();
+    int last = -1;
+    for (int y = 0; y < frame.height(); ++y)
+        for (int x = 0; x < frame.width(); ++x) {
+            if (qGray(frame.pixel(x, y)) > 40) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+        }
+    return last >= first ? last - first + 1 : 0;
+}
+
 QStringList mappedImagePlugins(qint64 pid)
 {
     QFile maps(QStringLiteral("/proc/%1/maps").arg(pid));
@@ -85,6 +101,13 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(drawnPixels(window, inside), 0, 10000);
         symbol->setProperty("name", QStringLiteral("xmark"));
         QTRY_VERIFY_WITH_TIMEOUT(drawnPixels(window, inside) > 20, 10000);
+        // The cross spans 12 of the symbol's 24 points (14 with its round ends); grown to
+        // 36, it is half as wide again.
+        const int before = drawnWidth(window);
+        QVERIFY2(before >= 12 && before <= 16, qPrintable(QString::number(before)));
+        symbol->setProperty("size", 36);
+        symbol->setPosition(QPointF(6, 6));
+        QTRY_VERIFY_WITH_TIMEOUT(drawnWidth(window) >= before * 3 / 2 - 1, 10000);
     }
 
     void surfacesShownLoadNoImageFormatPlugin()
