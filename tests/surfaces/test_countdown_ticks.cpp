@@ -8,6 +8,7 @@
 #include <QAbstractAnimation>
 #include <QGuiApplication>
 #include <QHash>
+#include <QProcess>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
@@ -170,6 +171,17 @@ private slots:
         QCOMPARE(clock->property("text").toString(), m_fixture->context->timer.remainingText());
         QVERIFY2(frames.count() >= ticks - 1 && frames.count() <= ticks + 1,
                  qPrintable(QStringLiteral("%1 frames in %2 ticks").arg(frames.count()).arg(ticks)));
+    }
+
+    void programsStartedAfterwardsDoNotInheritThePacing()
+    {
+        QProcess env;
+        env.start(QStringLiteral("env"), {});
+        QVERIFY(env.waitForFinished(10000));
+        const QByteArray variables = env.readAllStandardOutput();
+        QVERIFY(!variables.isEmpty());
+        QVERIFY(!variables.contains("QT_XCB_NO_MITSHM"));
+        QVERIFY(!variables.contains("QT_QPA_UPDATE_IDLE_TIME"));
     }
 
 private:
