@@ -300,8 +300,12 @@ private slots:
         connect(&session, &TimerSession::ticked, &session, [&] { texts << session.remainingText(); });
         session.start(2.0);
         QTRY_VERIFY_WITH_TIMEOUT(!session.isRunning(), 6000);
-        // One tick a second, each with a new text, and the end right after "0:01".
-        QCOMPARE(texts, QStringList({QStringLiteral("0:02"), QStringLiteral("0:01")}));
+        // Each tick with a new text ("0:02", then "0:01" unless a busy machine held the
+        // tick past the end), and the end right after.
+        QVERIFY(!texts.isEmpty() && texts.size() <= 2);
+        QCOMPARE(texts.first(), QStringLiteral("0:02"));
+        if (texts.size() == 2)
+            QCOMPARE(texts.last(), QStringLiteral("0:01"));
     }
 
     void lastPresetIsARecordOfTheLastChoice()
