@@ -263,19 +263,60 @@ QVariantList DropPayload::shareItems() const
     return items;
 }
 
+namespace {
+
+// The summary shows at most two lines: a text of many megabytes would be laid out
+// whole by the view only to be elided, holding the surface meanwhile.
+constexpr qsizetype summaryTextLimit = 1000;
+// A name longer than this keeps its start and its end (where the extension is).
+constexpr qsizetype summaryNameLimit = 120;
+const QString ellipsis = QStringLiteral("\u2026");
+
+// Cut before `at`, never between the two halves of a surrogate pair.
+qsizetype cutPoint(const QString &text, qsizetype at)
+{
+    return at > 0 && at < text.size() && text.at(at).isLowSurrogate() ? at - 1 : at;
+}
+
+QString cutText(const QString &text)
+{
+    if (text.size() <= summaryTextLimit)
+        return text;
+    return text.left(cutPoint(text, summaryTextLimit)) + ellipsis;
+}
+
+// A file name may hold line breaks and other control characters, and be thousands of
+// characters long: shown on one line, as spaces, with its middle left out.
+QString oneLineName(const QString &name)
+{
+    QString shown = name;
+    if (shown.size() > summaryNameLimit) {
+        const qsizetype head = cutPoint(shown, summaryNameLimit / 2);
+        const qsizetype tailStart = cutPoint(shown, shown.size() - (summaryNameLimit / 2 - 1));
+        shown = shown.left(head) + ellipsis + shown.mid(tailStart);
+    }
+    for (QChar &c : shown) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = QLatin1Char(' ');
+    }
+    return shown;
+}
+
+} // namespace
+
 QString DropPayload::summary() const
 {
     if (!fileURLs.isEmpty()) {
         if (fileURLs.size() == 1)
-            return fileName(fileURLs.constFirst());
+            return oneLineName(fileName(fileURLs.constFirst()));
         return QStringLiteral("%1 files").arg(fileURLs.size());
     }
     if (!urls.isEmpty() && !urls.constFirst().host().isEmpty())
-        return urls.constFirst().host();
+        return oneLineName(urls.constFirst().host());
     if (image)
         return QStringLiteral("Image");
     if (text)
-        return *text;
+        return cutText(*text);
     return QStringLiteral("Drop");
 }
 

@@ -61,7 +61,9 @@ public:
     QVariantList shareItems() const;
 
     // The first line of the drop actions: a file's name, "N files", a link's host,
-    // "Image", the text, or "Drop".
+    // "Image", the text, or "Drop". A name shows on one line (line breaks as spaces)
+    // and a very long one without its middle; a text beyond what two lines can show
+    // is cut, with an ellipsis.
     QString summary() const;
 };
 

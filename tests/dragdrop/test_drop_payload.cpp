@@ -361,6 +361,83 @@ private slots:
         QCOMPARE(decoded->image->pixelColor(3, 3), QColor(Qt::red));
     }
 
+    void tenThousandFilesAreSummarisedByTheirCount()
+    {
+        QList<QUrl> files;
+        for (int i = 0; i < 10000; ++i)
+            files << QUrl::fromLocalFile(QStringLiteral("/home/me/photos/IMG_%1.jpg").arg(i, 5, 10, QLatin1Char('0')));
+        QMimeData data;
+        data.setUrls(files);
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->kind, DropPayload::Kind::files);
+        QCOMPARE(payload->fileURLs.size(), 10000);
+        QCOMPARE(payload->fileURLs.last(), files.last());
+        QCOMPARE(payload->summary(), QStringLiteral("10000 files"));
+        QCOMPARE(payload->shareItems().size(), 10000);
+    }
+
+    void fiftyMegabyteTextIsKeptWholeAndCutInTheSummary()
+    {
+        QByteArray text(50 * 1024 * 1024, 'x');
+        text.replace(0, 11, "Chapter one");
+        QMimeData data;
+        data.setData(QStringLiteral("text/plain"), text);
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->text->size(), text.size());
+        const QString summary = payload->summary();
+        QVERIFY(summary.startsWith(QStringLiteral("Chapter onexxx")));
+        QVERIFY(summary.endsWith(QChar(0x2026)));
+        QVERIFY2(summary.size() <= 1001, qPrintable(QString::number(summary.size())));
+    }
+
+    void cutTextNeverSplitsACharacterOutsideTheBasicPlane()
+    {
+        // 999 letters, then smileys: the cut falls inside the first one's surrogate pair.
+        const QString text = QString(999, QLatin1Char('a')) + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(10);
+        QMimeData data;
+        data.setText(text);
+        const QString summary = DropPayload::from(data)->summary();
+        QCOMPARE(summary, QString(999, QLatin1Char('a')) + QChar(0x2026));
+    }
+
+    void fileNameOfFourThousandCharactersKeepsItsStartAndExtension()
+    {
+        const QString name = QStringLiteral("Quarterly report ") + QString(3979, QLatin1Char('z')) + QStringLiteral(".pdf");
+        QCOMPARE(name.size(), 4000);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/") + name)});
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(fileName(payload->fileURLs.constFirst()), name); // the file itself is named in full
+        const QString summary = payload->summary();
+        QVERIFY2(summary.size() <= 120, qPrintable(QString::number(summary.size())));
+        QVERIFY(summary.startsWith(QStringLiteral("Quarterly report zzz")));
+        QVERIFY(summary.endsWith(QStringLiteral("zzz.pdf")));
+        QVERIFY(summary.contains(QChar(0x2026)));
+    }
+
+    void fileNameWithLineBreaksShowsOnOneLine()
+    {
+        QMimeData data;
+        // As a file manager offers it: the line breaks percent-encoded.
+        data.setData(QStringLiteral("text/uri-list"), "file:///tmp/first%0Asecond%0D%0Athird%09.txt\r\n");
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QCOMPARE(payload->fileURLs.constFirst().toLocalFile(), QStringLiteral("/tmp/first\nsecond\r\nthird\t.txt"));
+        QCOMPARE(payload->summary(), QStringLiteral("first second  third .txt"));
+    }
+
+    void dragOfOnlyAnUnreadableTypeIsNothing()
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("application/x-qt-windows-mime;value=\"FileGroupDescriptorW\""), QByteArray(4096, '\0'));
+        data.setData(QStringLiteral("application/octet-stream"), QByteArray(1 << 20, '\xff'));
+        QVERIFY(!DropPayload::offersRegisteredType(data));
+        QCOMPARE(DropPayload::from(data), std::nullopt);
+    }
+
     void nothingUsableGivesNoPayload()
     {
         QMimeData data;
