@@ -62,11 +62,15 @@ bool DragCatcher::prepareForDragOperation(const QMimeData &data) const
 
 bool DragCatcher::performDragOperation(const QMimeData &data)
 {
-    const auto payload = DropPayload::from(data);
+    return deliverDrop(DropPayload::from(data));
+}
+
+bool DragCatcher::deliverDrop(std::optional<DropPayload> payload)
+{
     if (!payload)
         return false;
     if (auto *target = handler())
-        target->dragDidDrop(std::make_shared<const DropPayload>(*payload));
+        target->dragDidDrop(std::make_shared<const DropPayload>(std::move(*payload)));
     return true;
 }
 
@@ -129,7 +133,9 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
         if (wasInside && !inside) {
             draggingExited();
         } else if (inside) {
-            copy = prepareForDragOperation(data) && performDragOperation(data);
+            // Read once: a text of many megabytes is converted once on the main thread,
+            // not once to check it and again to take it.
+            copy = deliverDrop(DropPayload::from(data));
             // Qt on X11 now and then hands the drop over without fetching its data from
             // the other application, although the same drag read fine when it came in.
             // The user did drop something: take what the drag carried then.

@@ -56,6 +56,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // Hands a payload read at the drop to the handler; false when there is none.
+    bool deliverDrop(std::optional<DropPayload> payload);
     DragDestinationHandling *handler() const { return m_guard ? m_handler : nullptr; }
 
     DragDestinationHandling *m_handler = nullptr;

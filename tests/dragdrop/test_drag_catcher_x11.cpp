@@ -2,7 +2,10 @@
 // window system reports the drag over the whole window, the catcher only over its
 // rounded shape.
 #include "dragdrop/drag_catcher.h"
+#include "tests/support/drag_source_process.h"
 #include "tests/support/x11_tools.h"
+
+#include <QTemporaryFile>
 
 #include <QPainter>
 #include <QProcess>
@@ -137,6 +140,30 @@ private slots:
         QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf"}));
         QCOMPARE(release(), QByteArray("copy"));
         QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf", "drop report.pdf"}));
+    }
+
+    void dropOfTenThousandFilesFromAGtkApplicationIsTaken()
+    {
+        // A file manager's selection of a whole folder: 10,000 links with a long
+        // name among them and one with line breaks.
+        QTemporaryFile list;
+        QVERIFY(list.open());
+        for (int i = 0; i < 10000; ++i) {
+            QUrl file = QUrl::fromLocalFile(QStringLiteral("/home/me/photos/IMG_%1.jpg").arg(i, 5, 10, QLatin1Char('0')));
+            if (i == 1)
+                file = QUrl::fromLocalFile(QStringLiteral("/home/me/") + QString(4000, QLatin1Char('n')));
+            if (i == 2)
+                file = QUrl::fromLocalFile(QStringLiteral("/home/me/two\nlines.txt"));
+            list.write(file.toEncoded() + '\n');
+        }
+        list.flush();
+        DragSourceProcess source(DragSourceProcess::Toolkit::gtk, QPoint(600, 500), QStringLiteral("photos"),
+                                 QLatin1Char('@') + list.fileName());
+        QVERIFY(source.isReady());
+        source.dragThrough({QPoint(600, 450), QPoint(500, 350), QPoint(300, 300), QPoint(280, 120), centre});
+        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({"enter 10000 files"}), 10000);
+        QCOMPARE(source.release(), QByteArray("copy"));
+        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({"enter 10000 files", "drop 10000 files"}), 10000);
     }
 
 private:

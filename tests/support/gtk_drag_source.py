@@ -3,8 +3,9 @@
 # are: a small window at the position given whose label starts a drag when the mouse
 # is pressed on it (as tests/support/drag_source.cpp does), offering the text as
 # text/plain and, when given, a link as text/uri-list. It prints "ready" once shown and
-# how each drag ended ("copy" or "ignored"); it stays for the next drag.
-#   gtk_drag_source.py X Y TEXT [URI]
+# how each drag ended ("copy" or "ignored"); it stays for the next drag. An URI
+# argument of @FILE offers every line of FILE as one link of the list.
+#   gtk_drag_source.py X Y TEXT [URI|@FILE]
 import sys
 
 import gi
@@ -29,6 +30,10 @@ def main():
         return 2
     x, y, text = int(sys.argv[1]), int(sys.argv[2]), sys.argv[3]
     uri = sys.argv[4] if len(sys.argv) > 4 else None
+    uris = [uri] if uri else []
+    if uri and uri.startswith("@"):
+        with open(uri[1:], encoding="utf-8") as listed:
+            uris = [line.rstrip("\n") for line in listed if line.strip()]
 
     targets = Gtk.TargetList.new([])
     if uri:
@@ -57,7 +62,7 @@ def main():
 
     def data_get(_widget, _context, selection, info, _time):
         if info == URI_INFO:
-            selection.set_uris([uri])
+            selection.set_uris(uris)
         else:
             selection.set_text(text, -1)
 
