@@ -23,9 +23,10 @@ public:
     virtual void dragDidDrop(std::shared_ptr<const DropPayload> payload) = 0;
 };
 
-// Takes drags onto a surface: reads the payload afresh at entry, before the drop and at
-// the drop (an offered image is decoded only at the drop), offers only copying (a drop never moves the source's files), and answers
-// only inside the rounded shape.
+// Takes drags onto a surface: reads the payload afresh at entry and once at the drop
+// (an offered image is decoded only at the drop), offers only copying (a drop never
+// moves the source's files), and answers only inside the rounded shape; a drop at the
+// point last answered with copy is taken even if the window has since opened around it.
 class DragCatcher : public QObject
 {
     Q_OBJECT
