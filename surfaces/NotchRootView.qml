@@ -66,20 +66,24 @@ Item {
             opacity: 0.22
         }
 
+        // The symbol and its text as one row, centred in the surface; a text too long
+        // for it is cut short at its end.
         Row {
+            id: glanceRow
             objectName: "glanceRow"
             visible: root.presentation === "glance" || root.presentation === "active"
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
+            anchors.centerIn: parent
             spacing: 6
             Symbol {
+                id: glanceSymbol
+                objectName: "glanceSymbol"
                 name: root.surface.glanceSymbol
                 size: 11
                 anchors.verticalCenter: parent.verticalCenter
             }
             Text {
                 objectName: "glanceText"
-                width: parent.width - 17
+                width: Math.min(implicitWidth, content.width - glanceSymbol.width - glanceRow.spacing)
                 anchors.verticalCenter: parent.verticalCenter
                 // Hidden (sleeping or open), the row holds no text at all: a running
                 // countdown changes it every second, and a change no one sees must not
