@@ -430,11 +430,12 @@ private slots:
             surfaceLeft->behaviour().setPresentation(presentation, false);
             return fill->property("radius").toDouble();
         };
-        // Pill: the fixed half-heights collapsed, half the preferred height open.
+        // Pill: half the height collapsed; open, no rounder than the roundest corner the
+        // settings offer, so that nothing in the panel is cut off.
         QCOMPARE(radiusIn(NotchPresentation::sleeping), 14.0);
         QCOMPARE(radiusIn(NotchPresentation::glance), 15.0);
         QCOMPARE(radiusIn(NotchPresentation::active), 15.0);
-        QCOMPARE(radiusIn(NotchPresentation::expanded), 200.0);
+        QCOMPARE(radiusIn(NotchPresentation::expanded), 24.0);
         // Classic: the corner radius preference everywhere.
         m_fixture->context->store.update([](Preferences &p) {
             p.style = NotchStyle::classic;
