@@ -89,6 +89,10 @@ Item {
                 // countdown changes it every second, and a change no one sees must not
                 // cost the window a frame.
                 text: parent.visible ? root.surface.glanceText : ""
+                // The newest copy or download is shown as it is, never as markup.
+                textFormat: Text.PlainText
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
                 color: NotchChrome.ivory
                 font.pixelSize: 11
                 font.weight: Font.Medium
@@ -127,6 +131,7 @@ Item {
                     summary: root.controller.dropSummary
                     notice: root.controller.dropNotice
                     actions: root.controller.dropActions
+                    devices: root.controller.devices
                     onActionChosen: action => root.controller.performDropAction(action)
                 }
             }
