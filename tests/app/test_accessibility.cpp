@@ -1,7 +1,7 @@
 // Ledgewise as a screen reader meets it: over the accessibility bus (AT-SPI), the
 // surfaces are frames named after their side, a drop's actions are buttons named by
 // their titles that can be found by name and pressed.
-#include "tests/support/ledgewise_process.h"
+#include "tests/support/atspi.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,23 +13,6 @@
 using namespace ledgewise::testing;
 
 namespace {
-
-void pointerTo(int x, int y)
-{
-    xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y)});
-}
-
-// Presses a control through AT-SPI; returns what the probe said.
-QByteArray press(const QString &role, const QString &name)
-{
-    QProcess probe;
-    probe.setProcessChannelMode(QProcess::MergedChannels);
-    probe.start(QStringLiteral("/usr/bin/python3"),
-                {qEnvironmentVariable("LEDGEWISE_SOURCE_DIR") + QStringLiteral("/tests/support/atspi_press.py"),
-                 QStringLiteral("Ledgewise"), role, name});
-    probe.waitForFinished(30000);
-    return probe.readAll().trimmed();
-}
 
 // What assistive technology reads of an application: every frame, in tree order, one
 // "role|name" a line.
@@ -145,10 +128,7 @@ private slots:
     void dropActionsArePressedByName()
     {
         // A classic surface keeps its corners when it opens, so the drag below stays in it.
-        ledgewise::Preferences preferences;
-        preferences.style = ledgewise::NotchStyle::classic;
-        preferences.animateInterface = false;
-        storePreferences(preferences);
+        storeStillClassicPreferences();
 
         QProcess app;
         QVERIFY(startLedgewise(app));

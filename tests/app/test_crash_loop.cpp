@@ -12,7 +12,7 @@
 // LEDGEWISE_CRASH_SEED replays a run (the seed is printed at the start).
 #include "app/preferences_codec.h"
 #include "modules/clipboard/clipboard_item.h"
-#include "tests/support/ledgewise_process.h"
+#include "tests/support/atspi.h"
 
 #include <QDir>
 #include <QFile>
@@ -146,43 +146,6 @@ private:
     mutable QMutex m_mutex;
     QString m_firstTear;
     std::thread m_thread;
-};
-
-// A screen reader's hands: one process that finds controls of Ledgewise by role and
-// name over AT-SPI and presses them, reads them or says where they are.
-class ScreenReader
-{
-public:
-    ScreenReader()
-    {
-        m_driver.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_driver.start(QStringLiteral("/usr/bin/python3"),
-                       {qEnvironmentVariable("LEDGEWISE_SOURCE_DIR") + QStringLiteral("/tests/support/atspi_driver.py"),
-                        QStringLiteral("Ledgewise")});
-    }
-    ~ScreenReader()
-    {
-        m_driver.closeWriteChannel();
-        if (!m_driver.waitForFinished(5000))
-            m_driver.kill();
-        m_driver.waitForFinished();
-    }
-
-    QString ask(const QString &command, const QString &role, const QString &name, const QString &argument = QString())
-    {
-        QStringList fields = {command, role, name};
-        if (!argument.isNull())
-            fields << argument;
-        m_driver.write((fields.join(QLatin1Char('\t')) + QLatin1Char('\n')).toUtf8());
-        while (!m_driver.canReadLine()) {
-            if (!m_driver.waitForReadyRead(30000))
-                return QStringLiteral("<no answer>");
-        }
-        return QString::fromUtf8(m_driver.readLine()).chopped(1);
-    }
-
-private:
-    QProcess m_driver;
 };
 
 enum class Kind { capture, pin, addSite, removeSite };

@@ -3,7 +3,7 @@
 // found by name and role, and pressing them does what clicking does; and where they
 // are, to click them (the launcher's App, and the file chooser it opens).
 #include "app/preferences_codec.h"
-#include "tests/support/ledgewise_process.h"
+#include "tests/support/atspi.h"
 
 #include <QDir>
 #include <QFile>
@@ -113,10 +113,7 @@ private slots:
     void panelControlsArePressedByName()
     {
         // Classic corners and no animation: the surfaces open at once, with square tops.
-        ledgewise::Preferences preferences;
-        preferences.style = ledgewise::NotchStyle::classic;
-        preferences.animateInterface = false;
-        storePreferences(preferences);
+        storeStillClassicPreferences();
 
         QProcess app;
         QVERIFY(startLedgewise(app));
@@ -185,10 +182,7 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("[Desktop Entry]\nType=Application\nName=Marker\nExec=true\n");
         file.close();
-        ledgewise::Preferences preferences;
-        preferences.style = ledgewise::NotchStyle::classic;
-        preferences.animateInterface = false;
-        storePreferences(preferences);
+        storeStillClassicPreferences();
 
         QProcess app;
         QVERIFY(startLedgewise(app));

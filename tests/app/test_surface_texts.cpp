@@ -3,7 +3,7 @@
 // and fetches nothing; and over the accessibility bus (AT-SPI) the glance text, the
 // clipboard rows, the drop summary, the Downloads names and a running countdown are
 // read with their text.
-#include "tests/support/ledgewise_process.h"
+#include "tests/support/atspi.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -29,11 +29,6 @@
 using namespace ledgewise::testing;
 
 namespace {
-
-void pointerTo(int x, int y)
-{
-    xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y)});
-}
 
 // Where a side's surface window is on the screen; empty while it is not shown.
 QRect surfaceGeometry(const QString &side)
@@ -67,40 +62,6 @@ bool historyHolds(const QString &text)
     return std::any_of(entries.begin(), entries.end(), [&text](const QJsonValue &entry) {
         return entry.toObject().value(QStringLiteral("text")).toString() == text;
     });
-}
-
-// What a screen reader can read of Ledgewise now: every node on screen, "role|name".
-QStringList readTree()
-{
-    QProcess probe;
-    probe.start(QStringLiteral("/usr/bin/python3"),
-                {qEnvironmentVariable("LEDGEWISE_SOURCE_DIR") + QStringLiteral("/tests/support/atspi_press.py"),
-                 QStringLiteral("--tree"), QStringLiteral("Ledgewise")});
-    probe.waitForFinished(30000);
-    return QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
-// The part of what was read that belongs to one surface ("left" or "right"): the lines
-// after its frame, up to the next frame.
-QStringList surfaceLines(const QStringList &read, const QString &side)
-{
-    const qsizetype frame = read.indexOf(QStringLiteral("frame|Ledgewise %1 surface").arg(side));
-    QStringList lines;
-    for (qsizetype index = frame + 1; frame >= 0 && index < read.size() && !read[index].startsWith(QLatin1String("frame|")); ++index)
-        lines << read[index];
-    return lines;
-}
-
-// Presses a control found by role and name over AT-SPI; what the probe said.
-QByteArray press(const QString &role, const QString &name)
-{
-    QProcess probe;
-    probe.setProcessChannelMode(QProcess::MergedChannels);
-    probe.start(QStringLiteral("/usr/bin/python3"),
-                {qEnvironmentVariable("LEDGEWISE_SOURCE_DIR") + QStringLiteral("/tests/support/atspi_press.py"),
-                 QStringLiteral("Ledgewise"), role, name});
-    probe.waitForFinished(30000);
-    return probe.readAll().trimmed();
 }
 
 // Waits (generously: a full suite runs beside it) until what the screen reader reads
@@ -216,10 +177,7 @@ private slots:
         QTest::qWait(200); // a second connection of the control's, if any, is not Ledgewise's
         server.forget();
 
-        ledgewise::Preferences preferences;
-        preferences.style = ledgewise::NotchStyle::classic;
-        preferences.animateInterface = false;
-        storePreferences(preferences);
+        storeStillClassicPreferences();
         QProcess app;
         QVERIFY(startLedgewise(app));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceGeometry(QStringLiteral("left")).isEmpty(), 15000);
@@ -269,10 +227,7 @@ private slots:
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write("downloaded");
         }
-        ledgewise::Preferences preferences;
-        preferences.style = ledgewise::NotchStyle::classic;
-        preferences.animateInterface = false;
-        storePreferences(preferences);
+        storeStillClassicPreferences();
         QProcess app;
         QVERIFY(startLedgewise(app));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceGeometry(QStringLiteral("left")).isEmpty(), 15000);
