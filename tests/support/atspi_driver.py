@@ -21,21 +21,9 @@ import time
 
 import pyatspi
 
-
-def find(node, role, name, depth=0):
-    if depth > 40 or node is None:
-        return None
-    try:
-        if node.getRoleName() == role and node.name == name \
-                and node.getState().contains(pyatspi.STATE_SHOWING):
-            return node
-        for index in range(node.childCount):
-            found = find(node.getChildAtIndex(index), role, name, depth + 1)
-            if found is not None:
-                return found
-    except Exception:  # a node that went away while we looked
-        return None
-    return None
+# Started as a script, not as part of a package: the shared search sits beside it.
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from atspi_common import find  # noqa: E402
 
 
 def control(application, role, name, wait):
@@ -44,7 +32,7 @@ def control(application, role, name, wait):
         try:
             for app in pyatspi.Registry.getDesktop(0):
                 if app is not None and app.name.lower() == application.lower():
-                    found = find(app, role, name)
+                    found = find(app, role, name, showing_only=True)
                     if found is not None:
                         return found
         except Exception:  # the application went away while we looked

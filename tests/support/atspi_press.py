@@ -11,25 +11,15 @@ Reads what a screen reader can read of the application: every node on screen (st
 "showing"), depth first, one "role|name" a line (a line break in a name as "\\n").
 Exits 1 when the application is not on the bus within 15 seconds.
 """
+import os
 import sys
 import time
 
 import pyatspi
 
-
-def find(node, role, name, depth=0):
-    if depth > 40 or node is None:
-        return None
-    try:
-        if node.getRoleName() == role and node.name == name:
-            return node
-        for index in range(node.childCount):
-            found = find(node.getChildAtIndex(index), role, name, depth + 1)
-            if found is not None:
-                return found
-    except Exception:  # a node that went away while we looked
-        return None
-    return None
+# Started as a script, not as part of a package: the shared search sits beside it.
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from atspi_common import find  # noqa: E402
 
 
 def showing(node, depth=0):
