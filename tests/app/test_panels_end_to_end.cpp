@@ -10,6 +10,7 @@
 #include "surfaces/notch_controller.h"
 #include "tests/support/quick_item_search.h"
 #include "tests/support/x11_tools.h"
+#include "tests/support/test_files.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -34,22 +35,6 @@ void clickOn(QQuickItem *item)
     const QPointF centre = item->mapToGlobal(QPointF(item->width() / 2, item->height() / 2));
     xdotool({QStringLiteral("mousemove"), QString::number(int(centre.x())), QString::number(int(centre.y())),
              QStringLiteral("click"), QStringLiteral("1")});
-}
-
-void writeFile(const QString &path, const QByteArray &bytes, bool executable = false)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
-    if (executable)
-        QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Shown and placed by its layout (a new row is visible before it has a size).

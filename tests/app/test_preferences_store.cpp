@@ -2,6 +2,7 @@
 #include "app/preferences_store.h"
 #include "platform/settings/qsettings_store.h"
 #include "tests/support/fake_key_value_store.h"
+#include "tests/support/test_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,6 +18,7 @@
 #include <unistd.h>
 
 using namespace ledgewise;
+using namespace ledgewise::testing;
 
 namespace {
 
@@ -77,12 +79,6 @@ QByteArray stderrOf(Work work)
         text.append(chunk, qsizetype(n));
     std::fclose(capture);
     return text;
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "tests/support/fake_kdeconnect.h"
 #include "tests/support/quick_item_search.h"
 #include "tests/support/x11_tools.h"
+#include "tests/support/test_files.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -25,22 +26,6 @@ using namespace ledgewise;
 using namespace ledgewise::testing;
 
 namespace {
-
-void writeFile(const QString &path, const QByteArray &bytes, bool executable = false)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
-    if (executable)
-        QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QPoint centreOf(QQuickItem *item)
 {

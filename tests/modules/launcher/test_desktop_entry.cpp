@@ -4,6 +4,7 @@
 #include "modules/launcher/launcher_actions.h"
 #include "platform/xdg/program_launcher.h"
 #include "tests/support/recording_url_opener.h"
+#include "tests/support/test_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,7 @@
 #include <QTest>
 
 using namespace ledgewise;
+using ledgewise::testing::readAll;
 
 Q_DECLARE_METATYPE(std::optional<QStringList>)
 
@@ -36,12 +38,6 @@ void writeFile(const QString &path, const QByteArray &bytes, QFileDevice::Permis
 }
 
 constexpr QFileDevice::Permissions executable = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 
