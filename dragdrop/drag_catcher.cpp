@@ -133,8 +133,8 @@ bool DragCatcher::eventFilter(QObject *watched, QEvent *event)
         if (wasInside && !inside) {
             draggingExited();
         } else if (inside) {
-            // Read once: a text of many megabytes is converted once on the main thread,
-            // not once to check it and again to take it.
+            // Read once: checking that a payload can be read and taking it are the same
+            // read. A text is kept as offered; only an action converts it whole.
             copy = deliverDrop(DropPayload::from(data));
             // Qt on X11 now and then hands the drop over without fetching its data from
             // the other application, although the same drag read fine when it came in.

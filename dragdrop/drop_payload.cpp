@@ -129,14 +129,14 @@ std::optional<QImage> readImage(const QMimeData &data, DropPayload::ImageReading
 }
 
 // Plain text only from the plain-text types. Qt's own text reading falls back to the
-// URI list, which would turn a broken link list into a text drop.
-std::optional<QString> readPlainText(const QMimeData &data)
+// URI list, which would turn a broken link list into a text drop. The bytes are kept as
+// offered: nothing is converted while a drag passes or when it is taken.
+DroppedText readPlainText(const QMimeData &data)
 {
     for (const QString &format : {utf8Text, plainText}) {
         if (!data.hasFormat(format))
             continue;
-        const QString text = QString::fromUtf8(data.data(format));
-        if (!text.isEmpty())
+        if (auto text = DroppedText::fromUtf8(data.data(format)))
             return text;
     }
     return std::nullopt;
@@ -232,6 +232,50 @@ int DropPayload::imageDecodeCount()
     return imageDecodes.load();
 }
 
+DroppedText::DroppedText(QString text)
+    : m_present(true)
+    , m_decoded(std::move(text))
+{
+}
+
+DroppedText::DroppedText(std::optional<QString> text)
+    : m_present(text.has_value())
+    , m_decoded(std::move(text))
+{
+}
+
+DroppedText DroppedText::fromUtf8(QByteArray utf8)
+{
+    DroppedText text;
+    // A byte order mark alone decodes to nothing; the first bytes tell that cheaply.
+    text.m_present = !QString::fromUtf8(utf8.left(16)).isEmpty();
+    if (text.m_present)
+        text.m_utf8 = std::move(utf8);
+    return text;
+}
+
+const QString &DroppedText::value() const
+{
+    if (!m_decoded) {
+        m_decoded = QString::fromUtf8(m_utf8);
+        m_utf8 = QByteArray(); // the text is kept once, decoded
+    }
+    return *m_decoded;
+}
+
+QString DroppedText::start(qsizetype length) const
+{
+    if (m_decoded || m_utf8.size() <= 4 * (length + 2))
+        return value().left(length + 1);
+    // A UTF-16 unit takes at most three bytes (a broken byte becomes one unit), so these
+    // bytes hold more than `length` units. The cut goes back to the start of a
+    // character, so the last one decoded is whole.
+    qsizetype end = 4 * (length + 2);
+    while (end > 0 && (static_cast<unsigned char>(m_utf8.at(end)) & 0xC0) == 0x80)
+        --end;
+    return QString::fromUtf8(m_utf8.constData(), end).left(length + 1);
+}
+
 bool isAbsoluteLocalFile(const QUrl &url)
 {
     return url.isValid() && url.scheme() == QLatin1String("file") && url.host().isEmpty()
@@ -278,8 +322,10 @@ qsizetype cutPoint(const QString &text, qsizetype at)
     return at > 0 && at < text.size() && text.at(at).isLowSurrogate() ? at - 1 : at;
 }
 
-QString cutText(const QString &text)
+QString cutText(const DroppedText &dropped)
 {
+    // Only the start is decoded: the summary never converts a text of many megabytes.
+    const QString text = dropped.start(summaryTextLimit);
     if (text.size() <= summaryTextLimit)
         return text;
     return text.left(cutPoint(text, summaryTextLimit)) + ellipsis;
@@ -316,7 +362,7 @@ QString DropPayload::summary() const
     if (image)
         return QStringLiteral("Image");
     if (text)
-        return cutText(*text);
+        return cutText(text);
     return QStringLiteral("Drop");
 }
 

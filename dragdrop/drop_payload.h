@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QList>
 #include <QString>
@@ -13,6 +14,39 @@ class QMimeData;
 
 namespace ledgewise {
 
+// A dropped text as the other application offered it, in UTF-8. Converting 50 MB to
+// UTF-16 holds the main thread for about 100 ms, so it happens only when the whole text
+// is asked for (an action), once per copy of the payload; the summary decodes only the
+// start. Reads like an optional text: `if (text)`, `*text`, `text->size()`. One object is
+// used by one thread at a time (a save takes its own copy to its worker).
+class DroppedText
+{
+public:
+    DroppedText() = default;
+    DroppedText(std::nullopt_t) {}
+    DroppedText(QString text);
+    DroppedText(std::optional<QString> text);
+    // Bytes as offered; an empty text is no text.
+    static DroppedText fromUtf8(QByteArray utf8);
+
+    bool has_value() const { return m_present; }
+    explicit operator bool() const { return m_present; }
+    // The whole text, decoded on first use.
+    const QString &operator*() const { return value(); }
+    const QString *operator->() const { return &value(); }
+    const QString &value() const;
+    // Whether the whole text has been converted yet.
+    bool isDecoded() const { return m_decoded.has_value(); }
+    // At most the first `length` characters followed by whatever more, decoded from the
+    // start of the bytes only: more than `length` characters when the text is longer.
+    QString start(qsizetype length) const;
+
+private:
+    bool m_present = false;
+    mutable QByteArray m_utf8;
+    mutable std::optional<QString> m_decoded;
+};
+
 // What a drag onto a surface carries: files, links, a text or an image; exactly one of
 // them, read in that order of preference.
 struct DropPayload {
@@ -21,7 +55,7 @@ struct DropPayload {
     Kind kind = Kind::text;
     QList<QUrl> fileURLs; // non-empty exactly for files
     QList<QUrl> urls;     // non-empty exactly for urls
-    std::optional<QString> text;
+    DroppedText text;
     std::optional<QImage> image;
     // The other application marked what it offered as a password manager's secret:
     // copied back, it carries the same mark, so clipboard histories leave it out.

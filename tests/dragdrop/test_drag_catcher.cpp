@@ -15,6 +15,7 @@ public:
     void dragDidEnter(std::shared_ptr<const DropPayload> payload) override
     {
         log << QStringLiteral("enter ") + payload->summary();
+        entered = payload;
     }
     void dragDidExit() override { log << QStringLiteral("exit"); }
     void dragDidDrop(std::shared_ptr<const DropPayload> payload) override
@@ -23,6 +24,7 @@ public:
         dropped = payload;
     }
     QStringList log;
+    std::shared_ptr<const DropPayload> entered;
     std::shared_ptr<const DropPayload> dropped;
 };
 
@@ -119,6 +121,29 @@ private slots:
         QVERIFY(!catcher.performDragOperation(data));
         catcher.draggingExited();
         QCOMPARE(handler.log, QStringList({"exit"}));
+    }
+
+    void bigTextIsConvertedOnlyWhenAnActionAsksForIt()
+    {
+        // A text of many megabytes passes over the surface, is dropped and summarised
+        // without being converted whole: that would hold the surface for about 100 ms.
+        DragCatcher catcher;
+        RecordingHandler handler;
+        catcher.setHandler(&handler, &handler);
+        DraggedWindow surface(catcher);
+        QByteArray text(50 * 1024 * 1024, 'x');
+        text.replace(0, 6, "grüße");
+        QMimeData data;
+        data.setData(QStringLiteral("text/plain"), text);
+        QVERIFY(surface.enter(data, centre));
+        QVERIFY(surface.move(data, centre + QPointF(1, 0)));
+        QVERIFY(surface.drop(data, centre + QPointF(1, 0)));
+        QVERIFY(handler.entered && handler.dropped);
+        const QString summary = QStringLiteral("grüße") + QString(995, QLatin1Char('x')) + QChar(0x2026);
+        QCOMPARE(handler.log, QStringList({"enter " + summary, "drop " + summary}));
+        QVERIFY(!handler.entered->text.isDecoded());
+        QVERIFY(!handler.dropped->text.isDecoded());
+        QCOMPARE(handler.dropped->text->toUtf8(), text);
     }
 
     void completedDropReportsTheDropAndNoExit()

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -181,6 +182,28 @@ private slots:
         QVERIFY(!saves.saving());
         QCOMPARE(entries(downloads.path()), QStringList());
         QVERIFY(QFile::exists(source.filePath("project/a/b/two.bin")));
+    }
+
+    void fiftyMegabyteDroppedTextIsSavedWhole()
+    {
+        // The text is converted on the save's worker, from its own copy of the drop; the
+        // drop on the surface stays as it was offered.
+        QByteArray text = QByteArray("Grüße, ").repeated(8 * 1024 * 1024).left(50 * MiB - 1) + '\n';
+        QMimeData data;
+        data.setData(QStringLiteral("text/plain"), text);
+        const auto payload = DropPayload::from(data);
+        QVERIFY(payload);
+        QTemporaryDir downloads;
+        DropSaves saves([&downloads] { return downloads.path(); });
+        QSignalSpy finished(&saves, &DropSaves::finished);
+        saves.save(*payload);
+        QVERIFY(finished.wait(60000));
+        QVERIFY(!payload->text.isDecoded());
+        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QFile saved(downloads.filePath("Dropped.txt"));
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(saved.size(), text.size());
+        QVERIFY(saved.readAll() == text);
     }
 
     void savesQueueOneAfterAnother()
