@@ -34,24 +34,6 @@ QString findWindow(const QString &name)
     return QString::fromUtf8(xdotool.readAllStandardOutput()).trimmed();
 }
 
-long long statusValue(qint64 pid, const char *key)
-{
-    long long total = 0;
-    const QStringList threads = QDir(QStringLiteral("/proc/%1/task").arg(pid)).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &thread : threads) {
-        QFile status(QStringLiteral("/proc/%1/task/%2/status").arg(pid).arg(thread));
-        if (!status.open(QIODevice::ReadOnly))
-            continue;
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (line.startsWith(key))
-                total += line.mid(qstrlen(key)).trimmed().split(' ').first().toLongLong();
-        }
-        if (qstrcmp(key, "VmRSS:") == 0)
-            break; // memory is per process; every thread reports the same
-    }
-    return total;
-}
-
 double cpuMs(qint64 pid)
 {
     QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
@@ -160,21 +142,6 @@ void measureIdle(qint64 pid, int seconds, const char *label)
                  perThread.isEmpty() ? QStringLiteral("none") : perThread.join(QStringLiteral(", ")));
 }
 
-void fillHistory()
-{
-    const QString folder = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
-    QDir().mkpath(folder);
-    QFile file(QDir(folder).filePath("clipboard.json"));
-    file.open(QIODevice::WriteOnly);
-    QByteArray json = "[";
-    for (int i = 0; i < 50; ++i) {
-        json += (i ? "," : "") + QStringLiteral(R"({"id":"%1","createdAt":%2,"kind":"text","text":"entry %3 %4","isPinned":false})")
-                                      .arg(QStringLiteral("00000000-0000-4000-8000-%1").arg(i, 12, 10, QLatin1Char('0')))
-                                      .arg(785000000 + i).arg(i).arg(QString(200, QLatin1Char('x'))).toUtf8();
-    }
-    file.write(json + "]");
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -182,7 +149,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     const QString program = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(LEDGEWISE_BINARY);
     const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") > 0 ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") : 60;
-    fillHistory();
+    bench::fillHistory();
     writePreferences();
 
     QProcess ledgewise;
@@ -201,7 +168,7 @@ int main(int argc, char *argv[])
     QThread::msleep(1500);
     const qint64 pid = ledgewise.processId();
     bench::print("app: resident memory, two surfaces, 50 entries",
-                 QStringLiteral("%1 MB").arg(statusValue(pid, "VmRSS:") / 1024.0, 0, 'f', 1));
+                 QStringLiteral("%1 MB").arg(bench::residentKilobytes(pid) / 1024.0, 0, 'f', 1));
 
     measureIdle(pid, seconds, "app: idle with surfaces shown");
 

@@ -55,22 +55,6 @@ bool surfaceShown(const QString &side)
     return !xdotool.readAllStandardOutput().trimmed().isEmpty();
 }
 
-// A history of 50 short texts, as the next start of Ledgewise reads it.
-void fillHistory()
-{
-    const QString folder = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
-    QDir().mkpath(folder);
-    QFile file(QDir(folder).filePath("clipboard.json"));
-    file.open(QIODevice::WriteOnly);
-    QByteArray json = "[";
-    for (int i = 0; i < 50; ++i) {
-        json += (i ? "," : "") + QStringLiteral(R"({"id":"%1","createdAt":%2,"kind":"text","text":"entry %3 %4","isPinned":false})")
-                                      .arg(QStringLiteral("00000000-0000-4000-8000-%1").arg(i, 12, 10, QLatin1Char('0')))
-                                      .arg(785000000 + i).arg(i).arg(QString(200, QLatin1Char('x'))).toUtf8();
-    }
-    file.write(json + "]");
-}
-
 // Another application copies `text`, and keeps offering it until the next copy.
 void copyElsewhere(const QByteArray &text)
 {
@@ -98,7 +82,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QString program = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(LEDGEWISE_BINARY);
-    fillHistory();
+    bench::fillHistory();
 
     QProcess ledgewise;
     ledgewise.setProcessChannelMode(QProcess::ForwardedErrorChannel);

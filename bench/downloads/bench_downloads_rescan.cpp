@@ -9,24 +9,9 @@
 #include <QEventLoop>
 #include <QTemporaryDir>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 using namespace ledgewise;
 
 namespace {
-
-void fill(const QTemporaryDir &folder, int files)
-{
-    for (int i = 0; i < files; ++i) {
-        const int fd = ::open(QFile::encodeName(folder.filePath(QStringLiteral("file-%1.bin").arg(i))).constData(),
-                              O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
-        if (fd >= 0) {
-            [[maybe_unused]] const auto written = ::write(fd, "x", 1);
-            ::close(fd);
-        }
-    }
-}
 
 void waitForListing(DownloadsStore &store)
 {
@@ -43,7 +28,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     for (int files : {100, 1000, 10000, 100000}) {
         QTemporaryDir folder;
-        fill(folder, files);
+        bench::fillFolder(folder.path(), files);
         DownloadsStore store(folder.path(), nullptr);
         waitForListing(store);
         const int runs = files >= 100000 ? 5 : 21;

@@ -49,18 +49,6 @@ public:
     QString longestWhat;
 };
 
-void fill(const QTemporaryDir &folder, int files)
-{
-    for (int i = 0; i < files; ++i) {
-        const int fd = ::open(QFile::encodeName(folder.filePath(QStringLiteral("file-%1.bin").arg(i))).constData(),
-                              O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
-        if (fd >= 0) {
-            [[maybe_unused]] const auto written = ::write(fd, "x", 1);
-            ::close(fd);
-        }
-    }
-}
-
 // Appends 4 KiB every 10 ms to one file, as a browser writes a download, until stopped.
 class Writer
 {
@@ -97,7 +85,7 @@ private:
 void run(TimingApplication &app, int files)
 {
     QTemporaryDir folder;
-    fill(folder, files);
+    bench::fillFolder(folder.path(), files);
     const QString growing = folder.filePath(QStringLiteral("film.mkv.part"));
 
     QElapsedTimer clock;

@@ -88,18 +88,6 @@ bool waitForSurface(const QString &side, bool open, int seconds = 3)
     return false;
 }
 
-long long residentKilobytes(qint64 pid)
-{
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLongLong();
-    }
-    return 0;
-}
-
 void writePreferences()
 {
     // Classic corners and no animation: the surfaces open at once, at known places.
@@ -275,12 +263,12 @@ int main(int argc, char *argv[])
         return 1;
     }
     const qint64 pid = ledgewise.processId();
-    bench::print("soak: resident memory after start", megabytes(residentKilobytes(pid)));
+    bench::print("soak: resident memory after start", megabytes(bench::residentKilobytes(pid)));
 
     Copier copier;
     Counts counts;
     oneRound(0, scratch, copier, counts);
-    const long long start = residentKilobytes(pid);
+    const long long start = bench::residentKilobytes(pid);
     long long highest = start;
     long long last = start;
     QElapsedTimer clock;
@@ -292,7 +280,7 @@ int main(int argc, char *argv[])
     while (clock.elapsed() < seconds * 1000LL && running()) {
         oneRound(counts.rounds, scratch, copier, counts);
         if (clock.elapsed() >= nextSample) {
-            last = residentKilobytes(pid);
+            last = bench::residentKilobytes(pid);
             highest = std::max(highest, last);
             nextSample = clock.elapsed() + 5000;
         }
@@ -311,7 +299,7 @@ int main(int argc, char *argv[])
                          .arg(log));
         return 1;
     }
-    last = residentKilobytes(pid);
+    last = bench::residentKilobytes(pid);
     highest = std::max(highest, last);
 
     bench::print("soak: duration", QStringLiteral("%1 s, %2 rounds").arg(clock.elapsed() / 1000).arg(counts.rounds));

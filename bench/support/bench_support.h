@@ -1,6 +1,7 @@
 #pragma once
 
-// Small helpers shared by the benchmarks: timing statistics and process counters.
+// Small helpers shared by the benchmarks: timing statistics, process counters and the
+// files a measured run starts from.
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -10,7 +11,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace ledgewise::bench {
 
@@ -60,6 +63,49 @@ inline long long wakeUps()
         }
     }
     return total;
+}
+
+// Resident memory (VmRSS) of process `pid`, in kilobytes; 0 once it is gone.
+inline long long residentKilobytes(qint64 pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toLongLong();
+    }
+    return 0;
+}
+
+// A history of 50 short texts, as the next start of Ledgewise reads it.
+inline void fillHistory()
+{
+    const QString folder = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
+    QDir().mkpath(folder);
+    QFile file(QDir(folder).filePath("clipboard.json"));
+    file.open(QIODevice::WriteOnly);
+    QByteArray json = "[";
+    for (int i = 0; i < 50; ++i) {
+        json += (i ? "," : "") + QStringLiteral(R"({"id":"%1","createdAt":%2,"kind":"text","text":"entry %3 %4","isPinned":false})")
+                                      .arg(QStringLiteral("00000000-0000-4000-8000-%1").arg(i, 12, 10, QLatin1Char('0')))
+                                      .arg(785000000 + i).arg(i).arg(QString(200, QLatin1Char('x'))).toUtf8();
+    }
+    file.write(json + "]");
+}
+
+// `files` one-byte files named file-N.bin in `folder`, written with plain system calls
+// so that making them costs the measured run as little as possible.
+inline void fillFolder(const QString &folder, int files)
+{
+    for (int i = 0; i < files; ++i) {
+        const int fd = ::open(QFile::encodeName(QDir(folder).filePath(QStringLiteral("file-%1.bin").arg(i))).constData(),
+                              O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+        if (fd >= 0) {
+            [[maybe_unused]] const auto written = ::write(fd, "x", 1);
+            ::close(fd);
+        }
+    }
 }
 
 inline void print(const char *name, const QString &figure)
