@@ -2,6 +2,7 @@
 // surfaces are frames named after their side, a drop's actions are buttons named by
 // their titles that can be found by name and pressed.
 #include "tests/support/atspi.h"
+#include "tests/support/drag_source_process.h"
 
 #include <QDir>
 #include <QFile>
@@ -135,25 +136,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 10000);
 
         // Another application drags a text onto the left surface.
-        QProcess source;
-        source.start(qEnvironmentVariable("DRAG_SOURCE"),
-                     {QStringLiteral("600"), QStringLiteral("500"), QStringLiteral("read aloud")});
-        QVERIFY(source.waitForReadyRead(10000));
-        QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
-        QTRY_VERIFY(!xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty());
-        pointerTo(650, 550);
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-        for (const QPoint &step : {QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80)}) {
-            pointerTo(step.x(), step.y());
-            QTest::qWait(150);
-        }
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
-        // The surface reads the dropped text from the source after the button is
-        // released: the source must live until it says how the drag ended.
-        QTRY_VERIFY_WITH_TIMEOUT(source.canReadLine(), 10000);
-        QCOMPARE(source.readLine().trimmed(), QByteArray("copy"));
-        source.kill();
-        source.waitForFinished();
+        QCOMPARE(dragTextOntoLeftSurface(QStringLiteral("read aloud")), QByteArray("copy"));
 
         // "Save" is a button that assistive technology finds by name and presses.
         QCOMPARE(press(QStringLiteral("push button"), QStringLiteral("Save")), QByteArray("pressed"));

@@ -4,6 +4,7 @@
 // clipboard rows, the drop summary, the Downloads names and a running countdown are
 // read with their text.
 #include "tests/support/atspi.h"
+#include "tests/support/drag_source_process.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -83,32 +84,6 @@ bool readsEventually(const std::function<bool(const QStringList &)> &check, QStr
 bool readsEventually(const QString &side, const QString &line, QStringList *lastRead)
 {
     return readsEventually([&](const QStringList &read) { return surfaceLines(read, side).contains(line); }, lastRead);
-}
-
-// Another application drags `text` onto the sleeping left surface and lets go inside it,
-// as test_accessibility does; true once the source says the drop was taken.
-bool dropOntoLeftSurface(const QString &text)
-{
-    QProcess source;
-    source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"), text});
-    if (!source.waitForReadyRead(10000) || source.readLine().trimmed() != "ready")
-        return false;
-    if (!QTest::qWaitFor([] { return !xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty(); }, 10000))
-        return false;
-    pointerTo(650, 550);
-    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-    for (const QPoint &step : {QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80)}) {
-        pointerTo(step.x(), step.y());
-        QTest::qWait(150);
-    }
-    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
-    // The surface reads the text from the source after the release: the source lives
-    // until it says how the drag ended.
-    const bool ended = QTest::qWaitFor([&source] { return source.canReadLine(); }, 15000);
-    const QByteArray how = source.readLine().trimmed();
-    source.kill();
-    source.waitForFinished();
-    return ended && how == "copy";
 }
 
 // A web server on this machine that only counts who connects to it.
@@ -200,7 +175,7 @@ private slots:
         pointerTo(700, 700);
         xdotool({QStringLiteral("click"), QStringLiteral("1")});
         QTRY_VERIFY_WITH_TIMEOUT(surfaceGeometry(QStringLiteral("left")).height() < 100, 15000);
-        QVERIFY(dropOntoLeftSurface(markup));
+        QCOMPARE(dragTextOntoLeftSurface(markup), QByteArray("copy"));
         // Its summary is read with the drop's actions, as dropped.
         QVERIFY2(readsEventually([&markup](const QStringList &read) {
                      const QStringList left = surfaceLines(read, QStringLiteral("left"));

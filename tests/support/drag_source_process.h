@@ -95,4 +95,21 @@ private:
     bool m_ready = false;
 };
 
+// Another application (the Qt source) drags `text` onto the sleeping left surface of a
+// Ledgewise started with still classic preferences and lets go inside it; how the
+// source saw its drag end ("copy" once the drop was taken), or what went wrong. The
+// surface reads the text from the source after the release, so the source lives until
+// it has said so.
+inline QByteArray dragTextOntoLeftSurface(const QString &text)
+{
+    DragSourceProcess source(DragSourceProcess::Toolkit::qt, QPoint(600, 500), text);
+    if (!source.isReady())
+        return "<the drag source did not start>";
+    // A press before its window is mapped starts no drag.
+    if (!QTest::qWaitFor([] { return !xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty(); }, 10000))
+        return "<the drag source has no window>";
+    source.dragThrough({QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80)}, 150);
+    return source.release();
+}
+
 } // namespace ledgewise::testing
