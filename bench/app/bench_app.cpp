@@ -23,15 +23,13 @@
 #include <unistd.h>
 
 using namespace ledgewise;
+using bench::xdotool;
 
 namespace {
 
 QString findWindow(const QString &name)
 {
-    QProcess xdotool;
-    xdotool.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), name});
-    xdotool.waitForFinished(5000);
-    return QString::fromUtf8(xdotool.readAllStandardOutput()).trimmed();
+    return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), name});
 }
 
 double cpuMs(qint64 pid)
@@ -42,26 +40,6 @@ double cpuMs(qint64 pid)
     const QList<QByteArray> fields = stat.readAll().split(')').last().trimmed().split(' ');
     // utime and stime are fields 14 and 15 of the whole line, 12 and 13 after the name.
     return (fields.value(11).toDouble() + fields.value(12).toDouble()) * 1000.0 / sysconf(_SC_CLK_TCK);
-}
-
-QString xdotool(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(5000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-int windowWidth(const QString &name)
-{
-    const QString id = findWindow(name).section(QLatin1Char('\n'), 0, 0);
-    if (id.isEmpty())
-        return 0;
-    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id}).split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1String("WIDTH=")))
-            return line.mid(6).toInt();
-    }
-    return 0;
 }
 
 // The left surface holds only the timer, with square-ish corners and without
@@ -89,9 +67,9 @@ bool startCountdown()
     click(80 + 42, 15);      // open
     click(80 + 12 + 16, 48); // the first preset, "5m", under the panel's title
     click(756, 600);         // elsewhere: close
-    for (int i = 0; i < 20 && windowWidth(QStringLiteral("Ledgewise left surface")) != 132; ++i)
+    for (int i = 0; i < 20 && bench::surfaceWidth(QStringLiteral("left")) != 132; ++i)
         QThread::msleep(100);
-    return windowWidth(QStringLiteral("Ledgewise left surface")) == 132;
+    return bench::surfaceWidth(QStringLiteral("left")) == 132;
 }
 
 // Voluntary context switches of each thread, by thread id, with the thread's name.

@@ -26,6 +26,8 @@
 #include <memory>
 
 using namespace ledgewise;
+using bench::surfaceWidth;
+using bench::xdotool;
 
 namespace {
 
@@ -38,19 +40,6 @@ const QPoint elsewhere(756, 600);
 const QPoint dropCopy(leftSurfaceX + 40, 58);
 const QPoint dropSave(leftSurfaceX + 103, 58);
 
-QString run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-QString xdotool(const QStringList &arguments)
-{
-    return run(QStringLiteral("xdotool"), arguments);
-}
-
 void pointerTo(QPoint point)
 {
     xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
@@ -60,20 +49,6 @@ void clickAt(QPoint point)
 {
     xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
              QStringLiteral("click"), QStringLiteral("1")});
-}
-
-int surfaceWidth(const QString &side)
-{
-    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                QStringLiteral("Ledgewise %1 surface").arg(side)})
-                           .section(QLatin1Char('\n'), 0, 0);
-    if (id.isEmpty())
-        return 0;
-    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id}).split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1String("WIDTH=")))
-            return line.mid(6).toInt();
-    }
-    return 0;
 }
 
 // Waits up to `seconds` for the surface to be shown open (or closed).

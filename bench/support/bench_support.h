@@ -7,7 +7,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QList>
+#include <QProcess>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstdio>
@@ -106,6 +108,30 @@ inline void fillFolder(const QString &folder, int files)
             ::close(fd);
         }
     }
+}
+
+// Runs xdotool on the display the benchmark runs on, to its end; its output, trimmed.
+inline QString xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// How wide the surface of `side` ("left" or "right") is on screen; 0 while it is not shown.
+inline int surfaceWidth(const QString &side)
+{
+    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                QStringLiteral("Ledgewise %1 surface").arg(side)})
+                           .section(QLatin1Char('\n'), 0, 0);
+    if (id.isEmpty())
+        return 0;
+    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id}).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("WIDTH=")))
+            return line.mid(6).toInt();
+    }
+    return 0;
 }
 
 inline void print(const char *name, const QString &figure)
