@@ -1,5 +1,5 @@
-"""The node search both accessibility probes share (atspi_press.py, atspi_driver.py);
-they import it by path, from the folder they are in."""
+"""The node search the accessibility probes share (atspi_press.py, atspi_driver.py and
+the probe test_panels_accessibility writes); they import it by path, from this folder."""
 import pyatspi
 
 
