@@ -170,7 +170,7 @@ ColumnLayout {
             anchors.bottom: parent.top
             anchors.bottomMargin: 4
             anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(parent.width, tooltipText.implicitWidth + 16)
+            width: Math.min(parent.width, tooltipText.width + 16)
             height: tooltipText.implicitHeight + 10
             radius: 6
             color: NotchChrome.ivory
@@ -179,13 +179,20 @@ ColumnLayout {
                 id: tooltipText
                 objectName: "sendToDeviceTooltipText"
                 anchors.centerIn: parent
-                width: Math.min(implicitWidth, sendRow.width - 16)
+                // Measured unwrapped: a wrapping text's own implicit width follows its
+                // width, which would make the binding chase itself.
+                width: Math.min(Math.ceil(tooltipMetrics.advanceWidth), sendRow.width - 16)
                 text: sendRow.status
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignHCenter
                 color: "black"
                 font.pixelSize: 10
+            }
+            TextMetrics {
+                id: tooltipMetrics
+                font: tooltipText.font
+                text: sendRow.status
             }
         }
     }
