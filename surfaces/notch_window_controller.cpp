@@ -54,6 +54,19 @@ bool ownDialogOrMenuAt(const QPoint &point)
     return window && !isSurfaceWindow(window);
 }
 
+// The item that has the keyboard in `window`, or that will have it once the window is
+// given the keyboard: while another window has it, Qt Quick keeps no active focus item
+// in this one, though the item the user focused here keeps its focus in its scope.
+QQuickItem *focusedItem(const QQuickWindow &window)
+{
+    if (QQuickItem *active = window.activeFocusItem())
+        return active;
+    QQuickItem *item = window.contentItem();
+    while (item && item->isFocusScope() && item->scopedFocusItem())
+        item = item->scopedFocusItem();
+    return item == window.contentItem() ? nullptr : item;
+}
+
 QEasingCurve surfaceCurve()
 {
     QEasingCurve curve(QEasingCurve::BezierSpline);
@@ -228,12 +241,21 @@ bool NotchWindowController::reduceMotion() const
 
 void NotchWindowController::followTextFocus()
 {
-    QQuickItem *item = m_window->activeFocusItem();
+    QQuickItem *item = focusedItem(*m_window);
     const bool wantsKeys = item && item->inherits("QQuickTextInput") && m_surface.presentation() == NotchPresentation::expanded;
     if (wantsKeys == !m_window->flags().testFlag(Qt::WindowDoesNotAcceptFocus))
         return;
     m_window->setFlag(Qt::WindowDoesNotAcceptFocus, !wantsKeys);
     if (wantsKeys)
+        m_window->requestActivate();
+}
+
+void NotchWindowController::pressedInSurface()
+{
+    followTextFocus();
+    // Pressed again in a field that kept its focus while the keyboard was away (in a
+    // chooser the surface opened): the window still accepts keys, it only needs them back.
+    if (!m_window->flags().testFlag(Qt::WindowDoesNotAcceptFocus) && !m_window->isActive())
         m_window->requestActivate();
 }
 
@@ -244,7 +266,7 @@ void NotchWindowController::presentationDidChange(NotchPresentation presentation
         installCollapseMonitors();
     } else {
         removeCollapseMonitors();
-        if (QQuickItem *focused = m_window->activeFocusItem())
+        if (QQuickItem *focused = focusedItem(*m_window))
             focused->setFocus(false);
         followTextFocus();
     }
@@ -376,6 +398,9 @@ bool NotchWindowController::eventFilter(QObject *watched, QEvent *event)
             m_lastOwnWindowPress = quint32(press->timestamp());
         else
             QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
+        // Looked at once the press has been delivered and may have focused a field.
+        if (window == m_window.get())
+            QMetaObject::invokeMethod(this, &NotchWindowController::pressedInSurface, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }

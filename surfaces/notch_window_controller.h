@@ -128,6 +128,7 @@ private:
     void applyFrame(const QRect &frame);
     void updateShadow(NotchPresentation presentation);
     void followTextFocus();
+    void pressedInSurface();
     void installCollapseMonitors();
     void removeCollapseMonitors();
     void pressedAnywhere(int button, quint32 time);

@@ -108,6 +108,59 @@ private slots:
         QVERIFY(right->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
     }
 
+    void eachSurfacesAddressFieldTakesTheKeyboardInTurn()
+    {
+        m_model->prefs().update([](Preferences &p) {
+            p.leftModuleIDs = {ModuleID::launcher};
+            p.rightModuleIDs = {ModuleID::launcher};
+        });
+        NotchWindowController *left = typeIntoTheLaunchersAddressField(QStringLiteral("left.example"), NotchSide::left);
+        if (QTest::currentTestFailed())
+            return;
+        // The right field gets the keyboard after the left one had it; the click there
+        // closed the left surface, which gave its keyboard back.
+        NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("right.example"), NotchSide::right);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
+        QVERIFY(left->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        // And back to the left one.
+        typeIntoTheLaunchersAddressField(QStringLiteral("again.example"), NotchSide::left);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
+
+        // Closing both gives the keyboard back.
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"), QStringLiteral("1")});
+        QTRY_COMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
+        QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
+        QVERIFY(left->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        QVERIFY(right->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
+    }
+
+    void addressFieldTakesTheKeyboardBackAfterACancelledChooser()
+    {
+        NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("example"));
+        if (QTest::currentTestFailed())
+            return;
+        QQuickItem *root = right->window()->rootObject();
+        QProcess user;
+        QVERIFY(clickInsideOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise.")));
+        clickOn(findItem(root, QStringLiteral("addApp")));
+        QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
+        QVERIFY(openChooser());
+        xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
+        QTRY_VERIFY(!openChooser());
+        QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
+
+        // A click in the field, which kept its focus, brings the keys back to it.
+        QQuickItem *field = findItem(root, QStringLiteral("addressField"));
+        clickOn(field);
+        QTRY_VERIFY(right->window()->isActive());
+        xdotool({QStringLiteral("type"), QStringLiteral(".org")});
+        QTRY_COMPARE(field->property("text").toString(), QStringLiteral("example.org"));
+    }
+
     void addedSiteOpensInTheDefaultBrowserAndItsRemoveButtonRemovesIt()
     {
         NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("example.org"));
@@ -307,25 +360,25 @@ private slots:
     }
 
 private:
-    // Opens the right surface (classic corners: an open pill is a capsule whose top
+    // Opens the surface on `side` (classic corners: an open pill is a capsule whose top
     // corners, where a row's remove button sits, are cut away), clicks the launcher's
     // address field and types `text` into it with the keyboard.
-    NotchWindowController *typeIntoTheLaunchersAddressField(const QString &text)
+    NotchWindowController *typeIntoTheLaunchersAddressField(const QString &text, NotchSide side = NotchSide::right)
     {
         m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
-        NotchWindowController *right = surface(NotchSide::right);
-        right->behaviour().toggleExpanded();
+        NotchWindowController *controller = surface(side);
+        controller->behaviour().toggleExpanded();
         [&] {
-            QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
+            QTRY_COMPARE(controller->frameInScreen().size(), QSize(268, 340));
             QQuickItem *field = nullptr;
-            QTRY_VERIFY((field = findItem(right->window()->rootObject(), QStringLiteral("addressField"))) && field->isVisible());
+            QTRY_VERIFY((field = findItem(controller->window()->rootObject(), QStringLiteral("addressField"))) && field->isVisible());
             clickOn(field);
             QTRY_VERIFY(field->hasActiveFocus());
-            QTRY_VERIFY(right->window()->isActive());
+            QTRY_VERIFY(controller->window()->isActive());
             xdotool({QStringLiteral("type"), text});
             QTRY_COMPARE(field->property("text").toString(), text);
         }();
-        return right;
+        return controller;
     }
 
     // The right surface open on the launcher, its "App" and "File" buttons laid out.
