@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRect>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -211,11 +212,9 @@ private slots:
     }
 
 private:
-    // A click in the middle of a side's surface, which opens it.
-    static void clickSurface(const QString &side)
+    // A side's window geometry on screen: x, y, width, height.
+    static QRect surfaceRect(const QString &window)
     {
-        const QString window = surfaceWindow(side);
-        QVERIFY(!window.isEmpty());
         const QString geometry = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
         int x = 0, y = 0, width = 0, height = 0;
         for (const QString &line : geometry.split(QLatin1Char('\n'))) {
@@ -229,9 +228,25 @@ private:
             else if (line.startsWith(QLatin1String("HEIGHT=")))
                 height = value.toInt();
         }
-        QVERIFY(width > 0 && height > 0);
-        xdotool({QStringLiteral("mousemove"), QString::number(x + width / 2), QString::number(y + height / 2),
-                 QStringLiteral("click"), QStringLiteral("1")});
+        return QRect(x, y, width, height);
+    }
+
+    // A click in the middle of a side's surface, which opens it. Under a loaded machine
+    // the first click can arrive before the surface takes input, so it is clicked again
+    // until it has opened.
+    static void clickSurface(const QString &side)
+    {
+        const QString window = surfaceWindow(side);
+        QVERIFY(!window.isEmpty());
+        const QRect collapsed = surfaceRect(window);
+        QVERIFY(collapsed.width() > 0 && collapsed.height() > 0);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            xdotool({QStringLiteral("mousemove"), QString::number(collapsed.center().x()),
+                     QString::number(collapsed.center().y()), QStringLiteral("click"), QStringLiteral("1")});
+            if (QTest::qWaitFor([&] { return surfaceRect(window).height() > 100; }, 5000))
+                return;
+        }
+        QFAIL("the surface did not open on a click");
     }
 
     QByteArray probe(const char *mode, const char *role, const char *name)
