@@ -71,6 +71,14 @@ private:
     }
 };
 
+// What most cases start from: a catcher with its handler, watching a sleeping-sized window.
+struct CatchingWindow {
+    DragCatcher catcher;
+    RecordingHandler handler;
+    DraggedWindow surface{catcher};
+    CatchingWindow() { catcher.setHandler(&handler, &handler); }
+};
+
 const QPointF topLeftCorner(1, 1);
 const QPointF bottomRightCorner(75, 27);
 const QPointF centre(38, 14);
@@ -127,10 +135,8 @@ private slots:
     {
         // A text of many megabytes passes over the surface, is dropped and summarised
         // without being converted whole: that would hold the surface for about 100 ms.
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QByteArray text(50 * 1024 * 1024, 'x');
         text.replace(0, 6, "grüße");
         QMimeData data;
@@ -174,10 +180,8 @@ private slots:
 
     void dragOfNoTypeASurfaceTakesNeverReachesTheCatcher()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setData(QStringLiteral("application/x-unknown"), "bytes");
         QVERIFY(!surface.enter(data, centre));
@@ -191,10 +195,8 @@ private slots:
 
     void dragEnteringThroughACornerEntersWhenItReachesTheShape()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setText(QStringLiteral("some text"));
         QVERIFY(!surface.enter(data, topLeftCorner));
@@ -210,10 +212,8 @@ private slots:
 
     void dragMovingOutIntoACornerExitsAndComingBackEntersAgain()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setText(QStringLiteral("some text"));
         QVERIFY(surface.enter(data, centre));
@@ -232,10 +232,8 @@ private slots:
 
     void dropInACornerIsRefusedAndCountsAsLeaving()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt"))});
         QVERIFY(surface.enter(data, centre));
@@ -245,10 +243,8 @@ private slots:
 
     void dropWhereTheDragWasTakenIsKeptAfterTheWindowOpenedUnderIt()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setText(QStringLiteral("some text"));
         // Taken at the sleeping pill's left end.
@@ -265,10 +261,8 @@ private slots:
 
     void dropWhoseDataCannotBeFetchedKeepsWhatTheDragCarriedIn()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setText(QStringLiteral("some text"));
         QVERIFY(surface.enter(data, centre));
@@ -288,10 +282,8 @@ private slots:
 
     void unreadableLinkTypeIsLetInLenientlyAndRefusedAtTheDrop()
     {
-        DragCatcher catcher;
-        RecordingHandler handler;
-        catcher.setHandler(&handler, &handler);
-        DraggedWindow surface(catcher);
+        CatchingWindow caught;
+        auto &[catcher, handler, surface] = caught;
         QMimeData data;
         data.setData(QStringLiteral("_NETSCAPE_URL"), "https://example.org");
         QVERIFY(!surface.enter(data, centre));
