@@ -28,6 +28,13 @@ std::optional<Shortcut> Store::getShortcut(const Name &name) const
     return decodeShortcut(stored.toString().toUtf8());
 }
 
+bool Store::holdsUnreadableValue(const Name &name) const
+{
+    const QVariant stored = m_defaults.value(keyFor(name));
+    return stored.typeId() == QMetaType::QString && stored.toString() != QLatin1String("false")
+        && !decodeShortcut(stored.toString().toUtf8());
+}
+
 void Store::setShortcut(const std::optional<Shortcut> &shortcut, const Name &name)
 {
     if (shortcut)

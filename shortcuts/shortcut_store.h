@@ -64,6 +64,8 @@ public:
     void declare(const Name &name);
 
     std::optional<Shortcut> getShortcut(const Name &name) const;
+    // A text is stored for the name, but not a shortcut (a hand-edited or damaged file).
+    bool holdsUnreadableValue(const Name &name) const;
     // With a shortcut: store it. Without: disable the name when it has a default,
     // remove its value when it has none.
     void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name);
