@@ -1,5 +1,6 @@
 #include "app/app_model.h"
 
+#include "app/launch_at_login.h"
 #include "app/preferences_store.h"
 #include "app/qml_modules.h"
 #include "dragdrop/drop_actions.h"
@@ -24,6 +25,7 @@
 #include "platform/xdg/mail_composer.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
+#include "platform/xdg/autostart.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -78,6 +80,7 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
 {
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
     connect(m_timer.get(), &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
+    m_launchAtLogin = std::make_unique<LaunchAtLogin::Follower>(*m_prefs, std::make_unique<XdgAutostart>());
 }
 
 AppModel::Desktop::~Desktop() = default;

@@ -28,6 +28,9 @@ class FileChooser;
 class ProgramLauncher;
 class MailComposer;
 class KdeConnectDevices;
+namespace LaunchAtLogin {
+class Follower;
+}
 namespace GlobalShortcuts {
 class Store;
 }
@@ -115,6 +118,8 @@ private:
     std::unique_ptr<MotionPreference> m_motion;
     std::unique_ptr<QMenu> m_contextMenu;
     bool m_started = false;
+    // Applies the launch-at-login preference to the desktop's autostart entry.
+    std::unique_ptr<LaunchAtLogin::Follower> m_launchAtLogin;
 };
 
 } // namespace ledgewise

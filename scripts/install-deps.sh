@@ -21,6 +21,8 @@ packages=(
   xvfb xauth xdotool xclip x11-utils x11-xserver-utils x11-xkb-utils xkb-data dbus dbus-x11 at-spi2-core fonts-dejavu-core
   # opening files and addresses with the user's default applications (xdg-open, xdg-mime)
   xdg-utils
+  # checking the launch-at-login entry Ledgewise writes (desktop-file-validate)
+  desktop-file-utils
 )
 
 missing=()
