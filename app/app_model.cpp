@@ -26,6 +26,8 @@
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
 #include "platform/xdg/autostart.h"
+#include "updates/update_controller.h"
+#include "updates/update_window.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -81,6 +83,9 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
     connect(m_timer.get(), &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
     m_launchAtLogin = std::make_unique<LaunchAtLogin::Follower>(*m_prefs, std::make_unique<XdgAutostart>());
+    // Last, with its automatic checks started at once (the first one a minute later).
+    m_updates = std::make_unique<UpdateController>(*m_settings, *m_desktop.opener, UpdateController::standardOptions());
+    m_updates->startAutomaticChecks();
 }
 
 AppModel::Desktop::~Desktop() = default;
@@ -101,6 +106,7 @@ void AppModel::start()
     m_motion = std::make_unique<MotionPreference>();
     m_engine = std::make_unique<QQmlEngine>();
     addLedgewiseQmlModules(*m_engine);
+    m_updateWindow = std::make_unique<UpdateWindow>(*m_updates, *m_engine);
     m_notchController = std::make_unique<NotchController>(this, *m_engine);
     connect(m_notchController.get(), &NotchController::contextMenuRequested, this, &AppModel::showContextMenu);
     m_notchController->listen();
@@ -178,7 +184,7 @@ void AppModel::openSettings()
 
 void AppModel::checkForUpdates()
 {
-    // Updates are checked by the update controller, which arrives with its own work.
+    m_updates->checkForUpdates();
 }
 
 void AppModel::quit()

@@ -28,6 +28,8 @@ class FileChooser;
 class ProgramLauncher;
 class MailComposer;
 class KdeConnectDevices;
+class UpdateController;
+class UpdateWindow;
 namespace LaunchAtLogin {
 class Follower;
 }
@@ -65,6 +67,9 @@ public:
     GlobalShortcuts::Store &shortcuts() const { return *m_shortcuts; }
     // Present once started.
     NotchController *notchController() const { return m_notchController.get(); }
+    UpdateController &updates() const { return *m_updates; }
+    // Present once started.
+    UpdateWindow *updateWindow() const { return m_updateWindow.get(); }
 
     // SurfaceContext
     PreferencesStore &preferencesStore() override { return *m_prefs; }
@@ -120,6 +125,9 @@ private:
     bool m_started = false;
     // Applies the launch-at-login preference to the desktop's autostart entry.
     std::unique_ptr<LaunchAtLogin::Follower> m_launchAtLogin;
+    std::unique_ptr<UpdateController> m_updates;
+    // Goes before the controller and the engine it binds to.
+    std::unique_ptr<UpdateWindow> m_updateWindow;
 };
 
 } // namespace ledgewise

@@ -20,6 +20,8 @@ export XDG_RUNTIME_DIR=$sandbox/runtime
 mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$HOME/Downloads"
 mkdir -m 0700 -p "$XDG_RUNTIME_DIR"
 export LEDGEWISE_TEST_SANDBOX=$sandbox
+# No test reaches out to the real update feed; update tests serve their own.
+export LEDGEWISE_UPDATE_FEED=
 unset WAYLAND_DISPLAY
 
 if [ "$mode" = --display ]; then
