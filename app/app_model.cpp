@@ -2,6 +2,7 @@
 
 #include "app/launch_at_login.h"
 #include "app/preferences_store.h"
+#include "app/reopen_rule.h"
 #include "app/qml_modules.h"
 #include "dragdrop/drop_actions.h"
 #include "dragdrop/drop_saves.h"
@@ -30,6 +31,7 @@
 #include "updates/update_window.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QQmlEngine>
 #include "shortcuts/application_shortcuts.h"
@@ -123,7 +125,8 @@ void AppModel::registerShortcuts()
 
 void AppModel::reopen()
 {
-    openSettings();
+    if (!anyOwnWindowShowing(QGuiApplication::topLevelWindows()))
+        openSettings();
 }
 
 QList<LedgewiseModule *> AppModel::modulesOf(NotchSide side)
@@ -179,7 +182,9 @@ QObject *AppModel::deviceSender()
 
 void AppModel::openSettings()
 {
-    // The settings window arrives with its own work; until then there is nothing to open.
+    // The one way in for the settings: the window arrives with its own work and opens
+    // from here; until then the request is only announced.
+    emit settingsRequested();
 }
 
 void AppModel::checkForUpdates()

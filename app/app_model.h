@@ -93,10 +93,15 @@ public:
     void start();
 
 public slots:
-    // The user started Ledgewise again while it runs.
+    // The user started Ledgewise again while it runs: the settings open unless one of
+    // Ledgewise's windows is already showing.
     void reopen();
     // Flushes every store to disk; called on the way out.
     void saveAll();
+
+signals:
+    // The open-settings command ran (a second start, --settings, the menu).
+    void settingsRequested();
 
 private:
     void registerShortcuts();

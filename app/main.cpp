@@ -6,6 +6,7 @@
 #include "platform/x11/repaint_pacing.h"
 #include "platform/xdg/instance_lock.h"
 #include "platform/xdg/standard_folders.h"
+#include "surfaces/notch_controller.h"
 
 #include <QCoreApplication>
 #include <QQuickWindow>
@@ -28,12 +29,20 @@ QStringList argumentsOf(int argc, char *argv[])
     return arguments;
 }
 
-// `ledgewise --quit` needs no display, only the bus.
-int quitRunningInstance(int argc, char *argv[])
+// The commands for the running Ledgewise (--quit, --toggle, --settings) need no
+// display, only the bus.
+int commandRunningInstance(int argc, char *argv[], const CommandLine &command)
 {
     QCoreApplication app(argc, argv);
-    if (!ApplicationService::callRunningInstance(QStringLiteral("Quit"))) {
-        std::fputs("Ledgewise is not running.\n", stderr);
+    bool answered = false;
+    if (command.action == CommandLine::Action::Toggle)
+        answered = ApplicationService::callRunningInstance(QStringLiteral("Toggle"), {command.side});
+    else if (command.action == CommandLine::Action::Settings)
+        answered = ApplicationService::callRunningInstance(QStringLiteral("OpenSettings"));
+    else
+        answered = ApplicationService::callRunningInstance(QStringLiteral("Quit"));
+    if (!answered) {
+        std::fputs(notRunningMessage, stderr);
         return 1;
     }
     return 0;
@@ -56,8 +65,8 @@ int main(int argc, char *argv[])
         std::fputs(command.output.toLocal8Bit().constData(), command.exitCode == 0 ? stdout : stderr);
         return command.exitCode;
     }
-    if (command.action == CommandLine::Action::Quit)
-        return quitRunningInstance(argc, argv);
+    if (command.action != CommandLine::Action::Run)
+        return commandRunningInstance(argc, argv, command);
 
     // The surfaces are small and mostly still: the software scene graph draws them at a
     // fraction of the memory a GL context costs.
@@ -102,6 +111,13 @@ int main(int argc, char *argv[])
     AppModel model;
     QObject::connect(&service, &ApplicationService::quitRequested, &app, &QCoreApplication::quit);
     QObject::connect(&service, &ApplicationService::reopenRequested, &model, &AppModel::reopen);
+    QObject::connect(&service, &ApplicationService::openSettingsRequested, &model, &AppModel::openSettings);
+    QObject::connect(&model, &AppModel::settingsRequested, &service, &ApplicationService::announceSettingsRequested);
+    QObject::connect(&service, &ApplicationService::toggleRequested, &model, [&model](const QString &raw) {
+        const std::optional<NotchSide> side = notchSideFromRaw(raw);
+        if (side && model.notchController())
+            model.notchController()->toggle(*side);
+    });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &model, &AppModel::saveAll);
 
     model.start();

@@ -38,7 +38,7 @@ bool ApplicationService::registerOnSessionBus()
     return true;
 }
 
-bool ApplicationService::callRunningInstance(const QString &method)
+bool ApplicationService::callRunningInstance(const QString &method, const QVariantList &arguments)
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
@@ -46,6 +46,7 @@ bool ApplicationService::callRunningInstance(const QString &method)
     QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(serviceName),
                                                        QString::fromLatin1(objectPath),
                                                        QString::fromLatin1(serviceName), method);
+    call.setArguments(arguments);
     // A one-shot command-line call: blocking briefly for the answer is what the
     // user waits for anyway.
     const QDBusMessage reply = bus.call(call, QDBus::Block, 5000);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QVariantList>
 
 namespace ledgewise {
 
@@ -24,16 +25,26 @@ public:
     bool isRegistered() const { return m_registered; }
 
     // Asks the running instance to do something. False when none answers.
-    static bool callRunningInstance(const QString &method);
+    static bool callRunningInstance(const QString &method, const QVariantList &arguments = {});
+
+    // Tells the bus that the settings were asked for (by a second start, --settings or
+    // the menu), so scripts and tests can follow it before the window shows.
+    void announceSettingsRequested() { emit SettingsRequested(); }
 
 public slots:
     // Called through the bus.
     void Quit() { emit quitRequested(); }
     void Reopen() { emit reopenRequested(); }
+    void Toggle(const QString &side) { emit toggleRequested(side); }
+    void OpenSettings() { emit openSettingsRequested(); }
 
 signals:
     void quitRequested();
     void reopenRequested();
+    void toggleRequested(const QString &side);
+    void openSettingsRequested();
+    // Relayed to the bus by the adaptor.
+    void SettingsRequested();
 
 private:
     bool m_registered = false;

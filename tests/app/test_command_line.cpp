@@ -33,6 +33,53 @@ private slots:
                  CommandLine::Action::Quit);
     }
 
+    void toggleNamesASideOfTheRunningInstance()
+    {
+        for (const QString &side : {QStringLiteral("left"), QStringLiteral("right")}) {
+            const CommandLine toggle = parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--toggle"), side});
+            QCOMPARE(toggle.action, CommandLine::Action::Toggle);
+            QCOMPARE(toggle.side, side);
+            QCOMPARE(parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--toggle=") + side}).side, side);
+        }
+    }
+
+    void toggleWithoutAKnownSideIsAnErrorWithAHint()
+    {
+        const QList<QStringList> bad = {{QStringLiteral("--toggle")},
+                                        {QStringLiteral("--toggle"), QStringLiteral("middle")},
+                                        {QStringLiteral("--toggle"), QStringLiteral("Left")},
+                                        {QStringLiteral("--toggle"), QStringLiteral("left"), QStringLiteral("--toggle"), QStringLiteral("right")}};
+        for (const QStringList &arguments : bad) {
+            const CommandLine result = parseCommandLine(QStringList{QStringLiteral("ledgewise")} + arguments);
+            QCOMPARE(result.action, CommandLine::Action::PrintAndExit);
+            QCOMPARE(result.exitCode, 2);
+            QVERIFY2(result.output.contains(QStringLiteral("ledgewise --help")), qPrintable(result.output));
+        }
+        QVERIFY(parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--toggle"), QStringLiteral("middle")})
+                    .output.startsWith(QStringLiteral("--toggle takes left or right, not 'middle'.\n")));
+    }
+
+    void settingsAsksTheRunningInstance()
+    {
+        QCOMPARE(parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--settings")}).action,
+                 CommandLine::Action::Settings);
+    }
+
+    void oneCommandAtATime()
+    {
+        const CommandLine both = parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--settings"), QStringLiteral("--quit")});
+        QCOMPARE(both.action, CommandLine::Action::PrintAndExit);
+        QCOMPARE(both.exitCode, 2);
+        QVERIFY(both.output.startsWith(QStringLiteral("Give one command at a time.\n")));
+    }
+
+    void helpListsEveryCommand()
+    {
+        const CommandLine help = parseCommandLine({QStringLiteral("ledgewise"), QStringLiteral("--help")});
+        for (const char *option : {"--toggle left|right", "--settings", "--quit", "--version", "--help"})
+            QVERIFY2(help.output.contains(QLatin1String(option)), option);
+    }
+
     void unknownOptionOrArgumentIsAnErrorWithAHint()
     {
         for (const QString &bad : {QStringLiteral("--frobnicate"), QStringLiteral("extra")}) {
