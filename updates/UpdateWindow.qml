@@ -11,7 +11,8 @@ Window {
     readonly property color ivory: Qt.rgba(0.96, 0.95, 0.93, 1)
 
     width: 400
-    height: 180
+    // Tall enough for a long reason to wrap above the buttons.
+    height: Math.max(180, texts.implicitHeight + buttons.height + 60)
     minimumWidth: 320
     minimumHeight: 160
     color: Qt.rgba(0.14, 0.14, 0.14, 1)
@@ -58,6 +59,7 @@ Window {
         Keys.onReturnPressed: (window.available && window.controller.hasDownloadPage ? download : closeButton).activated()
 
         Column {
+            id: texts
             anchors.left: parent.left
             anchors.right: parent.right
             spacing: 8
@@ -111,6 +113,7 @@ Window {
         }
 
         Row {
+            id: buttons
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             spacing: 10
