@@ -1,7 +1,5 @@
 import QtQuick
-import QtQuick.Layouts
 import Ledgewise.Surfaces
-import Ledgewise.DragDrop
 
 // One side surface: the dark rounded shape, and by presentation a small bar, a symbol
 // with a short text, or the side's modules (the drop actions while something was
@@ -101,57 +99,14 @@ Item {
             }
         }
 
-        ColumnLayout {
-            objectName: "expandedPanel"
-            visible: root.expanded
+        // The open panel is made on the first opening and dropped on each closing: a
+        // sleeping surface holds none of its items, nor the layouts that place them.
+        Loader {
+            objectName: "expandedPanelLoader"
             anchors.fill: parent
-            anchors.topMargin: 10
-            anchors.bottomMargin: 8
-            spacing: 10
-
-            // A save of a drop still under way, above whatever the surface shows.
-            Loader {
-                Layout.fillWidth: true
-                active: root.controller.saves !== null && root.controller.saves.saving
-                visible: active
-                sourceComponent: DropSaveProgressView {
-                    objectName: "saveProgress"
-                    saves: root.controller.saves
-                }
-            }
-
-            // Made only while something was dropped, so that a screen reader never
-            // meets the buttons of a drop that is not there.
-            Loader {
-                Layout.fillWidth: true
-                active: root.surface.hasDropPayload
-                visible: active
-                sourceComponent: DropActionsView {
-                    objectName: "dropActions"
-                    summary: root.controller.dropSummary
-                    notice: root.controller.dropNotice
-                    actions: root.controller.dropActions
-                    devices: root.controller.devices
-                    onActionChosen: action => root.controller.performDropAction(action)
-                }
-            }
-
-            Repeater {
-                model: root.surface.hasDropPayload ? [] : root.controller.modules
-                // A panel exists only while the surface is open: each opening starts it
-                // afresh, so what was typed, stepped or scrolled last time is gone.
-                delegate: Loader {
-                    required property QtObject modelData
-                    objectName: "modulePanel_" + modelData.id
-                    Layout.fillWidth: true
-                    active: root.expanded
-                    Component.onCompleted: setSource(modelData.expandedView, modelData.expandedViewProperties)
-                }
-            }
-
-            Item {
-                Layout.fillHeight: true
-            }
+            active: root.expanded
+            // By its file, so that its file and the modules it imports load only then.
+            Component.onCompleted: setSource(Qt.resolvedUrl("ExpandedPanel.qml"), { controller: root.controller })
         }
     }
 }

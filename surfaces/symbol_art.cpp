@@ -1,7 +1,9 @@
 #include "surfaces/symbol_art.h"
 
+#include <QImageReader>
 #include <QPainter>
-#include <QSvgRenderer>
+#include <QQuickWindow>
+#include <QtMath>
 
 namespace ledgewise {
 
@@ -29,6 +31,13 @@ void SymbolArt::geometryChange(const QRectF &newGeometry, const QRectF &oldGeome
         update();
 }
 
+void SymbolArt::itemChange(ItemChange change, const ItemChangeData &value)
+{
+    QQuickPaintedItem::itemChange(change, value);
+    if (change == ItemVisibleHasChanged && value.boolValue)
+        update();
+}
+
 QString SymbolArt::resourcePath(const QString &name)
 {
     return QStringLiteral(":/qt/qml/Ledgewise/Surfaces/icons/%1.svg").arg(name);
@@ -36,16 +45,24 @@ QString SymbolArt::resourcePath(const QString &name)
 
 void SymbolArt::paint(QPainter *painter)
 {
-    if (m_name.isEmpty())
+    // Qt Quick paints hidden items too; a hidden symbol is drawn once it is shown.
+    if (m_name.isEmpty() || width() <= 0 || height() <= 0 || !isVisible())
         return;
-    // Parsed at each paint rather than kept: a symbol repaints only when its name or
-    // size changes, and a parsed drawing held per item would outweigh the parse.
-    QSvgRenderer renderer(resourcePath(m_name));
-    if (!renderer.isValid())
+    // Read through the SVG image plugin, named outright so that no other format's
+    // plugin is probed, and so that the SVG library is loaded only once a symbol is
+    // first shown (a sleeping surface shows none). Parsed at each paint rather than
+    // kept: a symbol repaints only when its name or size changes.
+    QImageReader reader(resourcePath(m_name), "svg");
+    const qreal ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
+    QSize pixels = reader.size().isValid() ? reader.size() : QSize(24, 24);
+    pixels.scale(QSize(qCeil(width() * ratio), qCeil(height() * ratio)), Qt::KeepAspectRatio);
+    reader.setScaledSize(pixels);
+    const QImage image = reader.read();
+    if (image.isNull())
         return;
-    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+    const QSizeF shown = QSizeF(pixels) / ratio;
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    renderer.render(painter, QRectF(0, 0, width(), height()));
+    painter->drawImage(QRectF(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), shown), image);
 }
 
 } // namespace ledgewise

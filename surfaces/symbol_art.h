@@ -8,7 +8,8 @@ namespace ledgewise {
 // A bundled SVG symbol drawn straight into the item. The symbols are not Qt Quick
 // images: the first image a Qt Quick scene loads from a file makes Qt load every
 // image format plugin it has (TIFF, WebP, MNG, JPEG... and their libraries), about
-// 2 MB resident for a program that only ever shows these few SVG symbols.
+// 2 MB resident for a program that only ever shows these few SVG symbols. Nor is the
+// SVG library linked in: its image plugin brings it the first time a symbol is drawn.
 class SymbolArt : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ signals:
 
 protected:
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
 
 private:
     QString m_name;
