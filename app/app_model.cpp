@@ -34,8 +34,14 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QQmlEngine>
+#include "platform/settings/settings_file_watcher.h"
+#include "platform/x11/x11_hot_key_grabber.h"
+#include "platform/x11/xkb_keyboard_layout.h"
 #include "shortcuts/application_shortcuts.h"
+#include "shortcuts/hot_key_center.h"
 #include "shortcuts/shortcut_store.h"
+
+#include <QPointer>
 
 namespace ledgewise {
 
@@ -118,9 +124,32 @@ void AppModel::start()
 
 void AppModel::registerShortcuts()
 {
-    // Creates the two toggle shortcuts with their defaults on a first start; the hot
-    // keys themselves are grabbed once the surfaces they toggle exist.
+    // Creates the two toggle shortcuts with their defaults on a first start.
     ApplicationShortcuts::declareAll(*m_shortcuts);
+    m_keyboardLayout = std::make_unique<XkbKeyboardLayout>();
+    m_hotKeyGrabber = std::make_unique<X11HotKeyGrabber>();
+    m_hotKeys = std::make_unique<GlobalShortcuts::HotKeyCenter>(*m_shortcuts, *m_hotKeyGrabber, *m_keyboardLayout);
+    m_shortcuts->setRegistrar(m_hotKeys.get());
+    // A shortcut reads as the layout in use types it.
+    connect(m_hotKeyGrabber.get(), &X11HotKeyGrabber::keyboardChanged, this, [this] { m_keyboardLayout->reload(); });
+    // The toggles act on release. A press before the surfaces exist does nothing.
+    const auto toggler = [this](NotchSide side) {
+        return [model = QPointer<AppModel>(this), side] {
+            if (model && model->m_notchController)
+                model->m_notchController->toggle(side);
+        };
+    };
+    m_hotKeys->onKeyUp(ApplicationShortcuts::toggleLeft(), toggler(NotchSide::left));
+    m_hotKeys->onKeyUp(ApplicationShortcuts::toggleRight(), toggler(NotchSide::right));
+    // A shortcut changed in the settings file by hand or by another program is taken
+    // at once, and the old one given back.
+    if (!m_settings->fileName().isEmpty()) {
+        m_settingsWatcher = std::make_unique<SettingsFileWatcher>(m_settings->fileName());
+        connect(m_settingsWatcher.get(), &SettingsFileWatcher::changed, this, [this] {
+            m_settings->sync();
+            m_hotKeys->storedShortcutsChanged();
+        });
+    }
 }
 
 void AppModel::reopen()

@@ -33,8 +33,12 @@ class UpdateWindow;
 namespace LaunchAtLogin {
 class Follower;
 }
+class XkbKeyboardLayout;
+class X11HotKeyGrabber;
+class SettingsFileWatcher;
 namespace GlobalShortcuts {
 class Store;
+class HotKeyCenter;
 }
 
 // The application's shared state: it owns the settings, the preferences, the three
@@ -65,6 +69,8 @@ public:
     ModuleRegistry &modules() const { return *m_modules; }
     KeyValueStore &settings() const { return *m_settings; }
     GlobalShortcuts::Store &shortcuts() const { return *m_shortcuts; }
+    // The desktop-wide hot keys; present once started.
+    GlobalShortcuts::HotKeyCenter *hotKeys() const { return m_hotKeys.get(); }
     // Present once started.
     NotchController *notchController() const { return m_notchController.get(); }
     UpdateController &updates() const { return *m_updates; }
@@ -118,6 +124,11 @@ private:
     Desktop m_desktop;
     std::unique_ptr<ModuleRegistry> m_modules;
     std::unique_ptr<GlobalShortcuts::Store> m_shortcuts;
+    // The hot keys read the store and are gone before it.
+    std::unique_ptr<XkbKeyboardLayout> m_keyboardLayout;
+    std::unique_ptr<X11HotKeyGrabber> m_hotKeyGrabber;
+    std::unique_ptr<GlobalShortcuts::HotKeyCenter> m_hotKeys;
+    std::unique_ptr<SettingsFileWatcher> m_settingsWatcher;
     // Saves of drops into the Downloads folder, on a worker; outlives the surfaces.
     std::unique_ptr<DropSaves> m_dropSaves;
     // Share's mail composer and the phones Send to Device reaches.

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRect>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -42,6 +43,29 @@ inline QString surfaceWindow(const QString &side)
     return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
                     QStringLiteral("Ledgewise %1 surface").arg(side)})
         .section(QLatin1Char('\n'), 0, 0);
+}
+
+// Where a side's surface is on screen, as the X server has it; empty before it shows.
+inline QRect surfaceGeometry(const QString &side)
+{
+    const QString window = surfaceWindow(side);
+    if (window.isEmpty())
+        return {};
+    QRect geometry;
+    const QStringList lines =
+        xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window}).split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const int value = line.section(QLatin1Char('='), 1).toInt();
+        if (line.startsWith(QLatin1String("X=")))
+            geometry.moveLeft(value);
+        else if (line.startsWith(QLatin1String("Y=")))
+            geometry.moveTop(value);
+        else if (line.startsWith(QLatin1String("WIDTH=")))
+            geometry.setWidth(value);
+        else if (line.startsWith(QLatin1String("HEIGHT=")))
+            geometry.setHeight(value);
+    }
+    return geometry;
 }
 
 } // namespace ledgewise::testing
