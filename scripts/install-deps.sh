@@ -14,7 +14,7 @@ packages=(
   qml6-module-qtquick-shapes qml6-module-qttest
   # X11 through xcb
   libxcb1-dev libxcb-keysyms1-dev libxcb-xinput-dev libxcb-shape0-dev libx11-dev
-  libxkbcommon-dev libxkbcommon-x11-dev
+  libxkbcommon-dev libxkbcommon-x11-dev libxcb-xkb-dev
   # virtual display, desktop services and the tools tests drive them with
   python3-pyatspi gir1.2-atspi-2.0
   python3-gi gir1.2-gtk-3.0 # a GTK 3 application to drag from, as browsers and file managers are
