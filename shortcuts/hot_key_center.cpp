@@ -163,16 +163,34 @@ void HotKeyCenter::setMenuTracking(bool tracking)
     if (m_menuTracking == tracking)
         return;
     m_menuTracking = tracking;
+    m_menuPresses.clear();
     updateEventHandler();
 }
 
 bool HotKeyCenter::handleMenuKeyEvent(int carbonKeyCode, quint32 modifierFlags, EventType type)
 {
+    // A key's release belongs to the shortcut its press was, whatever modifiers are
+    // still held: Alt is often let go before Space.
+    if (type == EventType::keyUp) {
+        const auto pressed = m_menuPresses.find(carbonKeyCode);
+        if (pressed != m_menuPresses.end()) {
+            const Shortcut shortcut = pressed.value();
+            m_menuPresses.erase(pressed);
+            return deliverToRecord(shortcut, type);
+        }
+    }
     // The menu reports flags; records hold masks. Flags of other modifiers (Num Lock,
     // the keypad) fall away in the conversion, as they do for a grab.
     const Shortcut pressed(carbonKeyCode, hotKeyMask(modifierFlags));
+    if (type == EventType::keyDown && isRegistered(pressed))
+        m_menuPresses.insert(carbonKeyCode, pressed);
+    return deliverToRecord(pressed, type);
+}
+
+bool HotKeyCenter::deliverToRecord(const Shortcut &shortcut, EventType type)
+{
     for (const auto &[id, hotKey] : m_hotKeys) {
-        if (!(hotKey.shortcut == pressed))
+        if (!(hotKey.shortcut == shortcut))
             continue;
         const HotKey record = hotKey; // the handlers may change the table
         if (type == EventType::keyDown)

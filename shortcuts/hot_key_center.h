@@ -137,6 +137,7 @@ private:
     void registerStoredShortcut(const Name &name);
     void updateEventHandler();
     bool grab(HotKey &hotKey);
+    bool deliverToRecord(const Shortcut &shortcut, EventType type);
     void printFailure(const Shortcut &shortcut, const QString &reason) const;
     void grabLost(HotKeyID id, const QString &reason);
     void routeKeyDown(const Shortcut &shortcut);
@@ -160,6 +161,8 @@ private:
     quint64 m_lastToken = 0;
     bool m_menuTracking = false;
     bool m_paused = false;
+    // Keys pressed in the open menu as one of our shortcuts, by key code.
+    QHash<int, Shortcut> m_menuPresses;
     // Shortcuts pressed while paused: their release is not delivered either.
     QList<Shortcut> m_swallowedPresses;
 };

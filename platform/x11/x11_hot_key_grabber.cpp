@@ -250,6 +250,25 @@ void X11HotKeyGrabber::ungrab(HotKeyID id)
     }
 }
 
+std::optional<Shortcut> X11HotKeyGrabber::shortcutFor(quint32 keycode, quint32 modifierState) const
+{
+    const auto key = keycode >= 8 ? GlobalShortcuts::keyForEvdevCode(int(keycode) - 8) : std::nullopt;
+    if (!key)
+        return std::nullopt;
+    const quint16 alt = m_keyboard ? m_keyboard->alt : quint16(XCB_MOD_MASK_1);
+    const quint16 super = m_keyboard ? m_keyboard->super : quint16(XCB_MOD_MASK_4);
+    quint32 flags = 0;
+    if (modifierState & XCB_MOD_MASK_SHIFT)
+        flags |= GlobalShortcuts::shiftFlag;
+    if (modifierState & XCB_MOD_MASK_CONTROL)
+        flags |= GlobalShortcuts::controlFlag;
+    if (modifierState & alt)
+        flags |= GlobalShortcuts::optionFlag;
+    if (modifierState & super)
+        flags |= GlobalShortcuts::commandFlag;
+    return Shortcut(*key, flags);
+}
+
 std::optional<QString> X11HotKeyGrabber::take(Grab &grab)
 {
     const auto modifiers = m_keyboard->modifiersOf(grab.shortcut.modifiers());

@@ -35,6 +35,11 @@ public:
     std::optional<QString> grab(const GlobalShortcuts::Shortcut &shortcut, GlobalShortcuts::HotKeyID id) override;
     void ungrab(GlobalShortcuts::HotKeyID id) override;
 
+    // What a key event another window of ours received means as a shortcut (an open
+    // menu holds the keyboard, so no grab fires then): the key by its position, the
+    // modifiers of the X state as flags. No value for a key without a key code of ours.
+    std::optional<GlobalShortcuts::Shortcut> shortcutFor(quint32 keycode, quint32 modifierState) const;
+
 signals:
     // The layout or the keyboard map changed and the grabs were taken again; what a
     // key types (and so how a shortcut reads) may have changed with it.
