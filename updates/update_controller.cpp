@@ -58,7 +58,7 @@ void UpdateController::startAutomaticChecks()
 void UpdateController::checkForUpdates()
 {
     check(true);
-    emit presentRequested();
+    emit presentRequested(true);
 }
 
 void UpdateController::check(bool byUser)
@@ -133,7 +133,7 @@ void UpdateController::finish(State state, QString failure)
     emit changed();
     scheduleNext();
     if (present)
-        emit presentRequested();
+        emit presentRequested(false);
 }
 
 void UpdateController::scheduleNext()

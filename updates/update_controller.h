@@ -70,8 +70,10 @@ public:
 
 signals:
     void changed();
-    // The update window should show (or come to the front).
-    void presentRequested();
+    // The update window should show: in front and with the keyboard when the user
+    // asked, without taking the keyboard from what they are doing when a check of its
+    // own found a newer version.
+    void presentRequested(bool byUser);
 
 private:
     void check(bool byUser);

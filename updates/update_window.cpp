@@ -24,7 +24,7 @@ UpdateWindow::UpdateWindow(UpdateController &controller, QQmlEngine &engine, QOb
 
 UpdateWindow::~UpdateWindow() = default;
 
-void UpdateWindow::show()
+void UpdateWindow::show(bool activate)
 {
     if (!m_window) {
         QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Updates/UpdateWindow.qml")));
@@ -42,7 +42,8 @@ void UpdateWindow::show()
     }
     m_window->show();
     m_window->raise();
-    m_window->requestActivate();
+    if (activate)
+        m_window->requestActivate();
 }
 
 } // namespace ledgewise

@@ -23,8 +23,9 @@ public:
     UpdateWindow(UpdateController &controller, QQmlEngine &engine, QObject *parent = nullptr);
     ~UpdateWindow() override;
 
-    // Shows the window (making it first if needed) and brings it to the front.
-    void show();
+    // Shows the window (making it first if needed), and gives it the keyboard when
+    // `activate` is true.
+    void show(bool activate = true);
     // None before the first show.
     QQuickWindow *window() const { return m_window.get(); }
 

@@ -264,7 +264,11 @@ private slots:
         Updates updates{QString()};
         updates.controller->startAutomaticChecks();
         QVERIFY(!updates.controller->isCheckScheduled());
+        QSignalSpy present(updates.controller.get(), &UpdateController::presentRequested);
         updates.controller->checkForUpdates();
+        // Asked for: shown in front, whatever the outcome.
+        QCOMPARE(present.size(), 1);
+        QCOMPARE(present.first().first().toBool(), true);
         QCOMPARE(updates.controller->state(), State::failed);
         QCOMPARE(updates.text("detail"), QStringLiteral("This build of Ledgewise has no update feed."));
     }
@@ -302,6 +306,7 @@ private slots:
         QVERIFY2(clock.elapsed() >= 300, QByteArray::number(clock.elapsed()));
         QTRY_COMPARE(updates.controller->state(), State::available);
         QCOMPARE(present.size(), 1);
+        QCOMPARE(present.first().first().toBool(), false);
         QTRY_VERIFY(updates.window->window() && updates.window->window()->isExposed());
         QCOMPARE(updates.text("heading"), QStringLiteral("Ledgewise 0.2.0 is available"));
         // The next one a day later.
