@@ -111,6 +111,8 @@ private slots:
         xdotool({QStringLiteral("keyup"), QStringLiteral("alt+space"), QStringLiteral("shift"), QStringLiteral("ctrl")});
         if (numLockOn())
             press(QStringLiteral("Num_Lock"));
+        if (std::exchange(m_keymapChanged, false))
+            QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us")});
     }
 
     void altSpaceOpensAndClosesTheLeftSurfaceAndShiftAltSpaceTheRight()
@@ -213,16 +215,39 @@ private slots:
     void theTogglesSurviveAKeyboardLayoutSwitch()
     {
         start();
-        QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("de")});
+        setKeymap({QStringLiteral("-layout"), QStringLiteral("de")});
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftOpen);
-        QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us")});
+        setKeymap({QStringLiteral("-layout"), QStringLiteral("us")});
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftClosed);
         QVERIFY2(m_errors.isEmpty(), m_errors.constData());
     }
 
+    void aNewModifierMapIsFollowed()
+    {
+        start();
+        // Num Lock moves to another modifier while Ledgewise runs, then is turned on:
+        // the grabs must now allow for that modifier instead.
+        m_keymapChanged = true;
+        QCOMPARE(QProcess::execute(QStringLiteral("xmodmap"), {QStringLiteral("-e"), QStringLiteral("clear mod2"),
+                                                               QStringLiteral("-e"), QStringLiteral("add mod3 = Num_Lock")}),
+                 0);
+        press(QStringLiteral("Num_Lock"));
+        QTRY_VERIFY(numLockOn());
+        press(QStringLiteral("alt+space"));
+        QTRY_COMPARE(surfaceGeometry(left), leftOpen);
+        press(QStringLiteral("shift+alt+space"));
+        QTRY_COMPARE(surfaceGeometry(right), rightOpen);
+    }
+
 private:
+    void setKeymap(const QStringList &arguments)
+    {
+        m_keymapChanged = true;
+        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), arguments), 0);
+    }
+
     void start()
     {
         m_app = std::make_unique<QProcess>();
@@ -237,6 +262,8 @@ private:
 
     std::unique_ptr<QProcess> m_app;
     QByteArray m_errors;
+    // The X server's keymap was changed: the next case gets the usual one back.
+    bool m_keymapChanged = false;
 };
 
 QTEST_GUILESS_MAIN(TestGlobalShortcuts)
