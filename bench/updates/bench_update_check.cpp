@@ -12,6 +12,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 #include <QTest>
 
 #include <cstdio>
@@ -45,10 +47,22 @@ bench::Stats timeChecks(UpdateController &controller, int rounds)
     for (int i = 0; i < rounds; ++i) {
         QElapsedTimer clock;
         clock.start();
+        // An event loop that ends with the result, rather than polling for it (a poll
+        // would add its own naps to every figure).
+        QEventLoop loop;
+        QObject::connect(&controller, &UpdateController::changed, &loop, [&] {
+            if (controller.state() != UpdateController::State::checking)
+                loop.quit();
+        });
+        QTimer::singleShot(20000, &loop, &QEventLoop::quit);
         controller.checkForUpdates();
-        if (!QTest::qWaitFor([&] { return controller.state() != UpdateController::State::checking; }, 20000))
+        if (controller.state() == UpdateController::State::checking)
+            loop.exec();
+        if (controller.state() == UpdateController::State::checking)
             break;
         samples.append(clock.nsecsElapsed() / 1e6);
+        // What the check let go of goes now, as it would back in the program's own loop.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     return bench::statsOf(samples);
 }
