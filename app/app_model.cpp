@@ -9,6 +9,7 @@
 #include "platform/xdg/standard_folders.h"
 #include "platform/xdg/url_opener.h"
 #include "surfaces/notch_controller.h"
+#include "surfaces/surface_menu.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "modules/downloads/downloads_store.h"
 #include "modules/module_registry.h"
@@ -32,7 +33,6 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QQmlEngine>
 #include "platform/settings/settings_file_watcher.h"
 #include "platform/x11/x11_hot_key_grabber.h"
@@ -226,22 +226,21 @@ void AppModel::quit()
     QCoreApplication::quit();
 }
 
-QMenu *AppModel::contextMenu()
+SurfaceMenu &AppModel::contextMenu()
 {
     if (!m_contextMenu) {
-        m_contextMenu = std::make_unique<QMenu>();
-        m_contextMenu->setObjectName(QStringLiteral("surfaceMenu"));
-        m_contextMenu->addAction(QStringLiteral("Settings…"), this, &AppModel::openSettings);
-        m_contextMenu->addAction(QStringLiteral("Check for Updates…"), this, &AppModel::checkForUpdates);
-        m_contextMenu->addSeparator();
-        m_contextMenu->addAction(QStringLiteral("Quit Ledgewise"), this, &AppModel::quit);
+        m_contextMenu = std::make_unique<SurfaceMenu>(
+            *m_engine, QList<SurfaceMenu::Entry>{{QStringLiteral("Settings…"), [this] { openSettings(); }},
+                                                 {QStringLiteral("Check for Updates…"), [this] { checkForUpdates(); }},
+                                                 {},
+                                                 {QStringLiteral("Quit Ledgewise"), [this] { quit(); }}});
     }
-    return m_contextMenu.get();
+    return *m_contextMenu;
 }
 
 void AppModel::showContextMenu(QPoint globalPosition)
 {
-    contextMenu()->popup(globalPosition);
+    contextMenu().popup(globalPosition);
 }
 
 void AppModel::saveAll()

@@ -7,7 +7,6 @@
 #include <memory>
 
 class QQmlEngine;
-class QMenu;
 
 namespace ledgewise {
 
@@ -22,6 +21,7 @@ class FreedesktopNotifications;
 class SystemBell;
 class NotchController;
 class MotionPreference;
+class SurfaceMenu;
 class UrlOpener;
 class DropSaves;
 class FileChooser;
@@ -92,8 +92,9 @@ public:
     void checkForUpdates() override;
     void quit() override;
 
-    // The surfaces' menu: "Settings…", "Check for Updates…", "Quit Ledgewise".
-    QMenu *contextMenu();
+    // The surfaces' menu: "Settings…", "Check for Updates…", "Quit Ledgewise"; made
+    // the first time it is asked for.
+    SurfaceMenu &contextMenu();
 
     // Registers the global shortcuts and brings up the surfaces. Called once.
     void start();
@@ -137,7 +138,7 @@ private:
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<NotchController> m_notchController;
     std::unique_ptr<MotionPreference> m_motion;
-    std::unique_ptr<QMenu> m_contextMenu;
+    std::unique_ptr<SurfaceMenu> m_contextMenu;
     bool m_started = false;
     // Applies the launch-at-login preference to the desktop's autostart entry.
     std::unique_ptr<LaunchAtLogin::Follower> m_launchAtLogin;

@@ -74,7 +74,9 @@ def on_focus(event):
             if child.getRoleName() == "menu item" and child.name == sys.argv[2]:
                 quit_item = child
         if quit_item is not None:
-            quit_item.queryAction().doAction(0)
+            # By its name, as a screen reader picks it: a menu item offers "SetFocus" too.
+            action = quit_item.queryAction()
+            action.doAction([action.getName(i) for i in range(action.nActions)].index("Press"))
             print("pressed")
         sys.stdout.flush()
         pyatspi.Registry.stop()
@@ -110,18 +112,16 @@ private slots:
                                                          QStringLiteral("Ledgewise"), QStringLiteral("Quit Ledgewise")});
         QTRY_VERIFY_WITH_TIMEOUT(probe.canReadLine() || (probe.waitForReadyRead(100) && probe.canReadLine()), 20000);
         QCOMPARE(probe.readLine().trimmed(), QByteArray("listening"));
-        // A secondary click on the left surface opens its menu; the arrow key moves
-        // onto its first item, as a keyboard user would.
+        // A secondary click on the left surface opens its menu.
         pointerTo(118, 14);
         xdotool({QStringLiteral("click"), QStringLiteral("3")});
-        QTest::qWait(300);
-        xdotool({QStringLiteral("key"), QStringLiteral("Down")});
-        QVERIFY(probe.waitForFinished(25000));
+        // The menu takes the keyboard focus as it opens: that is where the probe meets it.
+        QTRY_COMPARE_WITH_TIMEOUT(probe.state(), QProcess::NotRunning, 25000);
         const QStringList said = QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         QCOMPARE(said, QStringList({QStringLiteral("menu item|Settings…"), QStringLiteral("menu item|Check for Updates…"),
                                     QStringLiteral("separator|"), QStringLiteral("menu item|Quit Ledgewise"),
                                     QStringLiteral("pressed")}));
-        QVERIFY(app.waitForFinished(10000));
+        QTRY_COMPARE_WITH_TIMEOUT(app.state(), QProcess::NotRunning, 10000);
         QCOMPARE(app.exitStatus(), QProcess::NormalExit);
         QCOMPARE(app.exitCode(), 0);
     }
