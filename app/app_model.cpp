@@ -41,6 +41,7 @@
 #include "shortcuts/hot_key_center.h"
 #include "shortcuts/shortcut_store.h"
 
+#include <QKeyEvent>
 #include <QPointer>
 
 namespace ledgewise {
@@ -234,6 +235,21 @@ SurfaceMenu &AppModel::contextMenu()
                                                  {QStringLiteral("Check for Updates…"), [this] { checkForUpdates(); }},
                                                  {},
                                                  {QStringLiteral("Quit Ledgewise"), [this] { quit(); }}});
+        // The open menu holds the keyboard, so no key grab fires: the hot keys are given
+        // back meanwhile and the menu's own keys matched; a shortcut's key is not the
+        // menu's (Alt+Space must not also press the highlighted entry).
+        if (m_hotKeys) {
+            connect(m_contextMenu.get(), &SurfaceMenu::openChanged, m_hotKeys.get(),
+                    &GlobalShortcuts::HotKeyCenter::setMenuTracking);
+            m_contextMenu->setKeyInterceptor([this](const QKeyEvent &key) {
+                const auto shortcut = m_hotKeyGrabber->shortcutFor(key.nativeScanCode(), key.nativeModifiers());
+                const auto type = key.type() == QEvent::KeyPress ? GlobalShortcuts::EventType::keyDown
+                                                                 : GlobalShortcuts::EventType::keyUp;
+                return shortcut
+                    && m_hotKeys->handleMenuKeyEvent(shortcut->carbonKeyCode, shortcut->modifiers(), type,
+                                                     key.isAutoRepeat());
+            });
+        }
     }
     return *m_contextMenu;
 }

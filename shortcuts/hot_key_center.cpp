@@ -167,8 +167,12 @@ void HotKeyCenter::setMenuTracking(bool tracking)
     updateEventHandler();
 }
 
-bool HotKeyCenter::handleMenuKeyEvent(int carbonKeyCode, quint32 modifierFlags, EventType type)
+bool HotKeyCenter::handleMenuKeyEvent(int carbonKeyCode, quint32 modifierFlags, EventType type, bool autoRepeat)
 {
+    // A held key's repeats are the shortcut's as well, but only its first press and
+    // its last release are told: a held Alt+Space toggles once.
+    if (autoRepeat)
+        return m_menuPresses.contains(carbonKeyCode);
     // A key's release belongs to the shortcut its press was, whatever modifiers are
     // still held: Alt is often let go before Space.
     if (type == EventType::keyUp) {

@@ -95,8 +95,10 @@ public:
     // never reach the menu) and the menu's own key events are matched instead.
     void setMenuTracking(bool tracking);
     bool isMenuTracking() const { return m_menuTracking; }
-    // A key event the open menu received; true when it was one of our shortcuts.
-    bool handleMenuKeyEvent(int carbonKeyCode, quint32 modifierFlags, EventType type);
+    // A key event the open menu received; true when it was one of our shortcuts (the
+    // menu should then not act on it). Auto-repeated events of a held shortcut are
+    // taken from the menu but not delivered.
+    bool handleMenuKeyEvent(int carbonKeyCode, quint32 modifierFlags, EventType type, bool autoRepeat = false);
 
     // True while a shortcut recorder records: a press of an existing shortcut is the
     // recorder's, not its action's (nor is the release of that press).

@@ -144,6 +144,8 @@ bool SurfaceMenu::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyRelease: {
         const auto *key = static_cast<QKeyEvent *>(event);
         emit keyEvent(key->nativeScanCode(), key->nativeModifiers(), event->type() == QEvent::KeyPress);
+        if (m_keyInterceptor && m_keyInterceptor(*key))
+            return true;
         break;
     }
     default:

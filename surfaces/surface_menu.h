@@ -12,6 +12,7 @@
 
 class QQmlEngine;
 class QQuickView;
+class QKeyEvent;
 class QQuickWindow;
 
 namespace ledgewise {
@@ -41,6 +42,11 @@ public:
     // The window while the menu is open.
     QQuickWindow *window() const;
 
+    // Asked about each key the open menu is sent, before the menu acts on it; true takes
+    // the key from the menu (a global shortcut pressed while the menu holds the keyboard).
+    using KeyInterceptor = std::function<bool(const QKeyEvent &key)>;
+    void setKeyInterceptor(KeyInterceptor interceptor) { m_keyInterceptor = std::move(interceptor); }
+
     // Opens the menu with its corner at `globalPosition`, turned to stay on that screen.
     void popup(QPoint globalPosition);
     // Runs the entry at `index` after the menu has closed.
@@ -68,6 +74,7 @@ private:
     QList<Entry> m_entries;
     std::unique_ptr<QQuickView> m_window;
     bool m_inputGrabbed = false;
+    KeyInterceptor m_keyInterceptor;
 };
 
 } // namespace ledgewise

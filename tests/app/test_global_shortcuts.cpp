@@ -73,6 +73,15 @@ std::unique_ptr<OtherClient> otherClientGrabs(int keysym, int modifiers)
     return other;
 }
 
+// Whether another client holds the whole keyboard, as an open menu does.
+bool keyboardHeldElsewhere()
+{
+    QProcess grabber;
+    grabber.start(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--keyboard")});
+    grabber.waitForFinished(5000);
+    return grabber.readAllStandardOutput() == "refused\n";
+}
+
 constexpr int space = 0x20;
 constexpr int mod1 = 8; // Alt on the X server's own keymap
 
@@ -107,6 +116,7 @@ private slots:
             m_app.reset();
         }
         QFile::remove(settingsPath());
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600")});
         // Nothing held down or locked for the next case, even after a failed one.
         xdotool({QStringLiteral("keyup"), QStringLiteral("alt+space"), QStringLiteral("shift"), QStringLiteral("ctrl")});
         if (numLockOn())
@@ -210,6 +220,33 @@ private slots:
         QCOMPARE(m_app->state(), QProcess::Running);
         // Nothing of ours holds Alt+Space.
         QVERIFY(otherClientGrabs(space, mod1));
+    }
+
+    void theTogglesWorkWhileTheSurfacesMenuIsOpen()
+    {
+        start();
+        const auto menuShows = [] {
+            return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                             QStringLiteral("^Ledgewise menu$")})
+                        .isEmpty();
+        };
+        xdotool({QStringLiteral("mousemove"), QString::number(leftClosed.center().x()),
+                 QString::number(leftClosed.center().y()), QStringLiteral("click"), QStringLiteral("3")});
+        QTRY_VERIFY(menuShows());
+        QTRY_VERIFY(keyboardHeldElsewhere());
+        // The first entry highlighted: Space alone would press it and close the menu.
+        press(QStringLiteral("Down"));
+        press(QStringLiteral("alt+space"));
+        QTRY_COMPARE(surfaceGeometry(left), leftOpen);
+        press(QStringLiteral("shift+alt+space"));
+        QTRY_COMPARE(surfaceGeometry(right), rightOpen);
+        QVERIFY(menuShows());
+        // Closed, the menu no longer holds the keyboard: the keys are grabbed again.
+        press(QStringLiteral("Escape"));
+        QTRY_VERIFY(!menuShows());
+        press(QStringLiteral("shift+alt+space"));
+        QTRY_COMPARE(surfaceGeometry(right), rightClosed);
+        QVERIFY2(m_errors.isEmpty(), m_errors.constData());
     }
 
     void theTogglesSurviveAKeyboardLayoutSwitch()

@@ -302,8 +302,15 @@ private slots:
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::space), controlFlag, EventType::keyUp));
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::a), optionFlag, EventType::keyUp));
         QCOMPARE(calls, QStringList({QStringLiteral("left")}));
-        // Option let go before Space: the release is still the shortcut's.
+        // Held, then Option let go before Space: the repeats are taken from the menu
+        // but toggle nothing, and the release is still the shortcut's.
         QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), shiftFlag | optionFlag, EventType::keyDown));
+        for (int repeat = 0; repeat < 3; ++repeat) {
+            QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), shiftFlag | optionFlag, EventType::keyUp, true));
+            QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), shiftFlag | optionFlag, EventType::keyDown, true));
+        }
+        QVERIFY(!f.center.handleMenuKeyEvent(int(Key::a), 0, EventType::keyDown, true));
+        QCOMPARE(calls, QStringList({QStringLiteral("left")}));
         QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), 0, EventType::keyUp));
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::space), 0, EventType::keyUp));
         QCOMPARE(calls, QStringList({QStringLiteral("left"), QStringLiteral("right")}));

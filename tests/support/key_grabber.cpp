@@ -3,15 +3,38 @@
 // modifier mask MODIFIERS on the root window, prints "grabbed" or "refused", then
 // prints "pressed" for each press it receives until it is ended.
 // Usage: key_grabber KEYSYM MODIFIERS
+// With --keyboard it asks for the whole keyboard instead, prints "grabbed" or
+// "refused" (another client holds it, as an open menu does) and ends at once.
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+static int grabKeyboard()
+{
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(connection))
+        return 1;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_grab_keyboard_reply_t *reply = xcb_grab_keyboard_reply(
+        connection,
+        xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr);
+    const bool grabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    std::free(reply);
+    std::puts(grabbed ? "grabbed" : "refused");
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_disconnect(connection);
+    return grabbed ? 0 : 1;
+}
 
 int main(int argc, char *argv[])
 {
+    if (argc == 2 && std::strcmp(argv[1], "--keyboard") == 0)
+        return grabKeyboard();
     if (argc != 3) {
         std::fputs("usage: key_grabber KEYSYM MODIFIERS\n", stderr);
         return 2;
