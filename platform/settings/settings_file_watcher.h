@@ -9,8 +9,10 @@ namespace ledgewise {
 
 // Tells when the settings file may have been written by someone else: the user with a
 // text editor, another program, a second Ledgewise. The file is replaced, not written
-// in place, so its folder is watched; changes that come together are told once.
-// Our own writes are told too: whoever listens compares before acting.
+// in place, so its folder is watched too; changes that come together are told once,
+// and only when the file's contents can have changed (its modification time, size or
+// identity), not when only its mode was set again. Our own writes are told too:
+// whoever listens compares before acting.
 class SettingsFileWatcher : public QObject
 {
     Q_OBJECT
@@ -22,11 +24,23 @@ signals:
     void changed();
 
 private:
+    // What tells one version of the file from another.
+    struct Stamp {
+        bool exists = false;
+        qint64 modifiedNanoseconds = 0;
+        qint64 size = 0;
+        quint64 inode = 0;
+        friend bool operator==(const Stamp &, const Stamp &) = default;
+    };
+
+    Stamp stamp() const;
     void watchAgain();
+    void settled();
 
     QString m_fileName;
     QFileSystemWatcher m_watcher;
     QTimer m_settle;
+    Stamp m_last;
 };
 
 } // namespace ledgewise
