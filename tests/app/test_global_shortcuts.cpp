@@ -85,12 +85,18 @@ bool keyboardHeldElsewhere()
 constexpr int space = 0x20;
 constexpr int mod1 = 8; // Alt on the X server's own keymap
 
-bool numLockOn()
+// Whether a lock light ("Num Lock", "Caps Lock") is on, as xset reports it.
+bool lockOn(const QByteArray &lock)
 {
     QProcess xset;
     xset.start(QStringLiteral("xset"), {QStringLiteral("q")});
     xset.waitForFinished();
-    return xset.readAllStandardOutput().contains("Num Lock:    on");
+    return xset.readAllStandardOutput().simplified().contains(lock + ": on");
+}
+
+bool numLockOn()
+{
+    return lockOn("Num Lock");
 }
 
 } // namespace
@@ -121,6 +127,8 @@ private slots:
         xdotool({QStringLiteral("keyup"), QStringLiteral("alt+space"), QStringLiteral("shift"), QStringLiteral("ctrl")});
         if (numLockOn())
             press(QStringLiteral("Num_Lock"));
+        if (lockOn("Caps Lock"))
+            press(QStringLiteral("Caps_Lock"));
         if (std::exchange(m_keymapChanged, false))
             QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us")});
     }
@@ -151,6 +159,18 @@ private slots:
         QTRY_COMPARE(surfaceGeometry(left), leftOpen);
         press(QStringLiteral("shift+alt+space"));
         QTRY_COMPARE(surfaceGeometry(right), rightOpen);
+    }
+
+    void theTogglesWorkWithCapsLockAndNumLockOn()
+    {
+        start();
+        press(QStringLiteral("Caps_Lock"));
+        press(QStringLiteral("Num_Lock"));
+        QTRY_VERIFY(lockOn("Caps Lock") && numLockOn());
+        press(QStringLiteral("alt+space"));
+        QTRY_COMPARE(surfaceGeometry(left), leftOpen);
+        press(QStringLiteral("alt+space"));
+        QTRY_COMPARE(surfaceGeometry(left), leftClosed);
     }
 
     void holdingTheKeysForASecondTogglesOnce()
