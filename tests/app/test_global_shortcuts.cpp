@@ -82,6 +82,15 @@ bool keyboardHeldElsewhere()
     return grabber.readAllStandardOutput() == "refused\n";
 }
 
+// The keyboard layout group in use: 0 for the first layout, 1 for the second...
+int layoutGroup()
+{
+    QProcess grabber;
+    grabber.start(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--group")});
+    grabber.waitForFinished(5000);
+    return grabber.exitCode() == 0 ? grabber.readAllStandardOutput().trimmed().toInt() : -1;
+}
+
 constexpr int space = 0x20;
 constexpr int mod1 = 8; // Alt on the X server's own keymap
 
@@ -278,6 +287,22 @@ private slots:
         setKeymap({QStringLiteral("-layout"), QStringLiteral("us")});
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftClosed);
+        QVERIFY2(m_errors.isEmpty(), m_errors.constData());
+    }
+
+    void theTogglesWorkInTheSecondLayoutOfTwo()
+    {
+        start();
+        // US and Russian, switched to Russian as a layout switcher does.
+        setKeymap({QStringLiteral("-layout"), QStringLiteral("us,ru")});
+        QCOMPARE(QProcess::execute(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--lock-group"),
+                                                                         QStringLiteral("1")}),
+                 0);
+        QTRY_COMPARE(layoutGroup(), 1);
+        press(QStringLiteral("alt+space"));
+        QTRY_COMPARE(surfaceGeometry(left), leftOpen);
+        press(QStringLiteral("shift+alt+space"));
+        QTRY_COMPARE(surfaceGeometry(right), rightOpen);
         QVERIFY2(m_errors.isEmpty(), m_errors.constData());
     }
 

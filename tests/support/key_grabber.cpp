@@ -5,13 +5,57 @@
 // Usage: key_grabber KEYSYM MODIFIERS
 // With --keyboard it asks for the whole keyboard instead, prints "grabbed" or
 // "refused" (another client holds it, as an open menu does) and ends at once.
+// With --group it prints the number of the keyboard layout group in use (0 is the
+// first) and ends; with --lock-group N it switches to group N, as a layout switcher
+// does, and ends.
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+
+#define explicit explicit_ // xkb.h names a member `explicit`
+#include <xcb/xkb.h>
+#undef explicit
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+static int printGroup()
+{
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(connection)
+        || !xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+        return 1;
+    const int32_t device = xkb_x11_get_core_keyboard_device_id(connection);
+    xkb_context *context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+    xkb_keymap *keymap = xkb_x11_keymap_new_from_device(context, connection, device, XKB_KEYMAP_COMPILE_NO_FLAGS);
+    xkb_state *state = keymap ? xkb_x11_state_new_from_device(keymap, connection, device) : nullptr;
+    if (!state)
+        return 1;
+    std::printf("%u\n", xkb_state_serialize_layout(state, XKB_STATE_LAYOUT_EFFECTIVE));
+    xkb_state_unref(state);
+    xkb_keymap_unref(keymap);
+    xkb_context_unref(context);
+    xcb_disconnect(connection);
+    return 0;
+}
+
+static int lockGroup(int group)
+{
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(connection)
+        || !xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+        return 1;
+    xcb_generic_error_t *error = xcb_request_check(
+        connection, xcb_xkb_latch_lock_state_checked(connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
+                                                     xcb_xkb_group_t(group), 0, 0, 0));
+    std::free(error);
+    xcb_disconnect(connection);
+    return error ? 1 : 0;
+}
 
 static int grabKeyboard()
 {
@@ -35,6 +79,10 @@ int main(int argc, char *argv[])
 {
     if (argc == 2 && std::strcmp(argv[1], "--keyboard") == 0)
         return grabKeyboard();
+    if (argc == 2 && std::strcmp(argv[1], "--group") == 0)
+        return printGroup();
+    if (argc == 3 && std::strcmp(argv[1], "--lock-group") == 0)
+        return lockGroup(std::atoi(argv[2]));
     if (argc != 3) {
         std::fputs("usage: key_grabber KEYSYM MODIFIERS\n", stderr);
         return 2;
