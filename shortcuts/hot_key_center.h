@@ -109,7 +109,7 @@ public:
     // was edited): every name with handlers gets its current stored shortcut.
     void storedShortcutsChanged();
 
-    // Records by identifier, for the curious (tests, diagnostics).
+    // The hot-key table: each registration by its identifier.
     const std::map<int, HotKey> &hotKeys() const { return m_hotKeys; }
 
     // HotKeyRegistrar: the store's set, disable and remove.
