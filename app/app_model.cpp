@@ -193,6 +193,11 @@ bool AppModel::reduceMotion()
     return m_motion && m_motion->reduceMotion();
 }
 
+bool AppModel::ownDialogOpen()
+{
+    return m_desktop.chooser && m_desktop.chooser->isOpen();
+}
+
 void AppModel::performDropAction(DropAction action, const DropPayload &payload)
 {
     // A large file or folder takes a while: saves run on a worker, one after another.

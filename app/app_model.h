@@ -85,6 +85,7 @@ public:
     std::optional<QString> runningCountdownText() override;
     QObject *timerSession() override;
     bool reduceMotion() override;
+    bool ownDialogOpen() override;
     void performDropAction(DropAction action, const DropPayload &payload) override;
     DropSaves *dropSaves() override { return m_dropSaves.get(); }
     QObject *deviceSender() override;

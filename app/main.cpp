@@ -11,7 +11,7 @@
 #include <QCoreApplication>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <malloc.h>
@@ -74,8 +74,9 @@ int main(int argc, char *argv[])
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // A running countdown repaints the surfaces once a second: paced to cost one wake-up.
     paceRepaints();
-    // Widgets only for the surfaces' menu and the file choosers; the surfaces are Qt Quick.
-    QApplication app(argc, argv);
+    // No widgets: the surfaces and their menu are Qt Quick, and the file chooser is a
+    // program of its own.
+    QGuiApplication app(argc, argv);
     forgetRepaintPacing();
     QGuiApplication::setApplicationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setOrganizationName(QStringLiteral("Ledgewise"));

@@ -381,7 +381,7 @@ void NotchWindowController::pressedAnywhere(int button, quint32 time)
     // delivered it already (its time was noted), or not yet (then its window is still
     // on screen: only the release that follows can close it). Decided now, not in the
     // queued check, by when the click may have closed the dialog.
-    if (time == m_lastOwnWindowPress || QGuiApplication::modalWindow() || ownDialogOrMenuAt(QCursor::pos()))
+    if (time == m_lastOwnWindowPress || ownDialogOpen() || ownDialogOrMenuAt(QCursor::pos()))
         return;
     QMetaObject::invokeMethod(this, &NotchWindowController::collapseIfClickOutside, Qt::QueuedConnection);
 }
@@ -409,12 +409,17 @@ void NotchWindowController::collapseIfClickOutside()
 {
     if (m_surface.presentation() != NotchPresentation::expanded)
         return;
-    // While one of our own modal dialogs is open (a file chooser the surface asked for),
-    // the surface waits for it.
-    if (QGuiApplication::modalWindow())
+    // While one of our own dialogs is open (a file chooser the surface asked for), the
+    // surface waits for it.
+    if (ownDialogOpen())
         return;
     if (!m_window->geometry().contains(QCursor::pos()))
         m_behaviour.clickedOutside();
+}
+
+bool NotchWindowController::ownDialogOpen() const
+{
+    return QGuiApplication::modalWindow() || (m_context && m_context->ownDialogOpen());
 }
 
 double NotchWindowController::fillOpacity() const

@@ -111,6 +111,9 @@ signals:
     void moveFinished();
 
 private:
+    // A dialog of ours waits for the user: the surface waits with it.
+    bool ownDialogOpen() const;
+
     // SurfaceEnvironment
     bool hasApplication() const override { return !m_context.isNull(); }
     Preferences preferences() const override;

@@ -36,6 +36,9 @@ public:
     virtual QObject *timerSession() = 0;
     // The desktop asks for less motion.
     virtual bool reduceMotion() { return false; }
+    // One of Ledgewise's own dialogs (a file chooser a panel asked for) waits for the
+    // user: clicks in it are not clicks elsewhere, and the surface waits for it.
+    virtual bool ownDialogOpen() { return false; }
 
     // Save runs in the background: `dropSaves` shows how far it got.
     virtual void performDropAction(DropAction action, const DropPayload &payload) = 0;

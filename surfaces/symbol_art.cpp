@@ -53,6 +53,7 @@ void SymbolArt::paint(QPainter *painter)
     // first shown (a sleeping surface shows none). Parsed at each paint rather than
     // kept: a symbol repaints only when its name or size changes.
     QImageReader reader(resourcePath(m_name), "svg");
+    reader.setAutoDetectImageFormat(false);
     const qreal ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
     QSize pixels = reader.size().isValid() ? reader.size() : QSize(24, 24);
     pixels.scale(QSize(qCeil(width() * ratio), qCeil(height() * ratio)), Qt::KeepAspectRatio);

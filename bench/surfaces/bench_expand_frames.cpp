@@ -4,7 +4,7 @@
 #include "bench/support/bench_support.h"
 #include "surfaces/notch_controller.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QElapsedTimer>
 #include <QQuickView>
 #include <QQuickWindow>
@@ -16,7 +16,7 @@ using namespace ledgewise;
 int main(int argc, char *argv[])
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QApplication app(argc, argv);
+    QGuiApplication app(argc, argv);
     AppModel model;
     model.start();
     NotchWindowController *surface = model.notchController()->controllers().front().get();

@@ -4,9 +4,10 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
-class QFileDialog;
 class QObject;
+class QProcess;
 
 namespace ledgewise {
 
@@ -24,28 +25,39 @@ public:
     // `answer` is called at most once, and never after `context` is gone.
     virtual void chooseFile(const QString &message, const QString &startFolder, const QString &nameFilter,
                             QObject *context, Answer answer) = 0;
+    // A chooser is on screen, waiting for the user.
+    virtual bool isOpen() const = 0;
 };
 
-// The desktop's file chooser (the portal's where the desktop offers one), modal to the
-// whole application but without a loop of its own. One at a time: a new request
-// cancels the chooser still open; the destructor closes it unanswered.
+// The desktop's file chooser, shown by a small program of its own
+// (ledgewise-file-chooser): the surfaces need no widgets library loaded for a dialog
+// most sessions never open, and the chooser's platform plugins (the desktop's own
+// dialog, or the portal's) cannot take the surfaces down with them. One at a time: a
+// new request answers the one still open as cancelled; the destructor closes it
+// unanswered.
 class DesktopFileChooser final : public FileChooser
 {
 public:
-    DesktopFileChooser() = default;
+    DesktopFileChooser();
     DesktopFileChooser(const DesktopFileChooser &) = delete;
     DesktopFileChooser &operator=(const DesktopFileChooser &) = delete;
     ~DesktopFileChooser() override;
 
     void chooseFile(const QString &message, const QString &startFolder, const QString &nameFilter, QObject *context,
                     Answer answer) override;
+    bool isOpen() const override;
 
-    // The chooser on screen, if any.
-    QFileDialog *openDialog() const;
+    // Where the chooser program is: LEDGEWISE_FILE_CHOOSER when set, else beside this
+    // program, else where it is installed.
+    static QString programPath();
 
 private:
-    // A QFileDialog; held as a QObject so that this header needs no widgets.
-    QPointer<QObject> m_dialog;
+    void finish(const QString &path);
+
+    std::unique_ptr<QProcess> m_process;
+    QPointer<QObject> m_context;
+    bool m_hasContext = false;
+    Answer m_answer;
 };
 
 } // namespace ledgewise

@@ -12,12 +12,9 @@
 #include "tests/support/x11_tools.h"
 #include "tests/support/test_files.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QQuickItem>
@@ -148,9 +145,9 @@ private slots:
         QVERIFY(clickInsideOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise.")));
         clickOn(findItem(root, QStringLiteral("addApp")));
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
-        QVERIFY(openChooser());
+        QVERIFY(!openChooser().isEmpty());
         xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
-        QTRY_VERIFY(!openChooser());
+        QTRY_VERIFY(openChooser().isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
         // A click in the field, which kept its focus, brings the keys back to it.
@@ -208,16 +205,20 @@ private slots:
         clickOn(findItem(root, QStringLiteral("addApp")));
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
         QCOMPARE(user.exitCode(), 0);
-        QFileDialog *dialog = openChooser();
-        QVERIFY(dialog);
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Choose an app to pin in Ledgewise."));
-        QCOMPARE(dialog->directory().absolutePath(), QStringLiteral("/usr/share/applications"));
+        const QString dialog = openChooser();
+        QVERIFY(!dialog.isEmpty());
+        QCOMPARE(xdotool({QStringLiteral("getwindowname"), dialog}), QStringLiteral("Choose an app to pin in Ledgewise."));
+        // It opens among the installed applications.
+        const QStringList request = chooserRequest();
+        QVERIFY2(request.indexOf(QStringLiteral("--start-folder")) >= 0
+                     && request.value(request.indexOf(QStringLiteral("--start-folder")) + 1) == QStringLiteral("/usr/share/applications"),
+                 qPrintable(request.join(QLatin1Char(' '))));
         // Clicks in Ledgewise's own dialog are not clicks elsewhere.
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
         answerChooser(dialog, entryPath);
         QTRY_COMPARE_WITH_TIMEOUT(m_model->prefs().current().launcherItems.size(), 1, 15000);
-        QTRY_VERIFY(!openChooser());
+        QTRY_VERIFY(openChooser().isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
         QQuickItem *row = nullptr;
@@ -239,8 +240,8 @@ private slots:
         clickOn(findItem(right->window()->rootObject(), QStringLiteral("addFile")));
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
         QCOMPARE(user.exitCode(), 0);
-        QFileDialog *dialog = openChooser();
-        QVERIFY(dialog);
+        const QString dialog = openChooser();
+        QVERIFY(!dialog.isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
         answerChooser(dialog, notes);
@@ -273,7 +274,7 @@ private slots:
         QVERIFY(clickInsideOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise.")));
         clickOn(findItem(right->window()->rootObject(), QStringLiteral("addApp")));
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
-        QVERIFY(openChooser());
+        QVERIFY(!openChooser().isEmpty());
 
         // A click in another application while the chooser is open leaves the surface
         // open: it waits for the dialog it asked for.
@@ -281,7 +282,7 @@ private slots:
                  QStringLiteral("1")});
         // The clicks inside gave the chooser the keyboard: Escape cancels it.
         xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
-        QTRY_VERIFY(!openChooser());
+        QTRY_VERIFY(openChooser().isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
         QVERIFY(m_model->prefs().current().launcherItems.isEmpty());
         // Nothing answers late either.
@@ -397,32 +398,37 @@ private:
         return ready ? right : nullptr;
     }
 
-    // The visible file chooser, if any.
-    static QFileDialog *openChooser()
+    // The file chooser's window on screen (Ledgewise's chooser program), if any.
+    static QString openChooser()
     {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *dialog = qobject_cast<QFileDialog *>(widget); dialog && dialog->isVisible())
-                return dialog;
-        }
-        return nullptr;
+        return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                        QStringLiteral("^Choose (an app|a file) to pin in Ledgewise\\.$")})
+            .section(QLatin1Char('\n'), 0, 0);
     }
 
-    // Types `path` into the chooser's file name field and presses Return, as a user
-    // answers it (again, once its completion list has taken the first Return).
-    void answerChooser(QFileDialog *dialog, const QString &path)
+    // What the running chooser program was asked: its command line, one argument a line.
+    static QStringList chooserRequest()
     {
-        auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-        QVERIFY(name);
-        const QPoint centre = name->mapToGlobal(name->rect().center());
-        xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
-                 QStringLiteral("click"), QStringLiteral("1")});
-        QTRY_VERIFY(name->hasFocus());
-        xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
-        xdotool({QStringLiteral("type"), path});
-        QTRY_COMPARE(name->text(), path);
-        for (int attempt = 0; attempt < 3 && openChooser(); ++attempt) {
-            xdotool({QStringLiteral("key"), QStringLiteral("Return")});
-            if (QTest::qWaitFor([] { return !openChooser(); }, 3000))
+        QProcess pgrep;
+        pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-n"), QStringLiteral("-f"), QStringLiteral("ledgewise-file-chooser")});
+        pgrep.waitForFinished(5000);
+        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(QString::fromUtf8(pgrep.readAllStandardOutput()).trimmed()));
+        if (!cmdline.open(QIODevice::ReadOnly))
+            return {};
+        return QString::fromUtf8(cmdline.readAll()).split(QLatin1Char('\0'), Qt::SkipEmptyParts).mid(1);
+    }
+
+    // Types `path` into the chooser's file name field (Alt+N, its label's mnemonic,
+    // takes the keys there wherever the clicks inside left them) and presses Return
+    // (again, once its completion list has taken the first).
+    void answerChooser(const QString &window, const QString &path)
+    {
+        xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("alt+n")});
+        xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
+        xdotool({QStringLiteral("type"), QStringLiteral("--window"), window, path});
+        for (int attempt = 0; attempt < 3 && !openChooser().isEmpty(); ++attempt) {
+            xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Return")});
+            if (QTest::qWaitFor([] { return openChooser().isEmpty(); }, 3000))
                 break;
         }
     }

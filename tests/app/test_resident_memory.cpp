@@ -1,8 +1,10 @@
 // What Ledgewise keeps resident while it only shows its surfaces: its symbols are drawn
 // without Qt Quick's image loading, so no image format plugin (and none of the TIFF,
-// WebP, MNG... libraries behind them) is loaded until an image is really shown.
+// WebP, MNG... libraries behind them) is loaded until an image is really shown, and the
+// SVG one only once a symbol is; nor are the widget or SVG libraries loaded at start.
 #include "app/qml_modules.h"
 #include "tests/support/ledgewise_process.h"
+#include "tests/support/x11_tools.h"
 
 #include <QFile>
 #include <QImage>
@@ -45,18 +47,24 @@ int drawnWidth(QQuickWindow &window)
     return last >= first ? last - first + 1 : 0;
 }
 
-QStringList mappedImagePlugins(qint64 pid)
+// The files of `pid`'s mappings whose path contains `part`, by their names.
+QStringList mappedFiles(qint64 pid, const QByteArray &part)
 {
     QFile maps(QStringLiteral("/proc/%1/maps").arg(pid));
     if (!maps.open(QIODevice::ReadOnly))
         return {QStringLiteral("(maps unreadable)")};
-    QStringList plugins;
+    QStringList files;
     for (const QByteArray &line : maps.readAll().split('\n')) {
-        if (line.contains("/imageformats/"))
-            plugins.append(QString::fromUtf8(line.mid(line.lastIndexOf('/') + 1)));
+        if (line.contains(part))
+            files.append(QString::fromUtf8(line.mid(line.lastIndexOf('/') + 1)));
     }
-    plugins.removeDuplicates();
-    return plugins;
+    files.removeDuplicates();
+    return files;
+}
+
+QStringList mappedImagePlugins(qint64 pid)
+{
+    return mappedFiles(pid, "/imageformats/");
 }
 
 } // namespace
@@ -110,16 +118,24 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(drawnWidth(window) >= before * 3 / 2 - 1, 10000);
     }
 
-    void surfacesShownLoadNoImageFormatPlugin()
+    void sleepingSurfacesLoadNoImagePluginNorWidgetsAndAGlanceOnlyTheSvgOne()
     {
         QProcess app;
         app.setProcessChannelMode(QProcess::ForwardedChannels);
         QVERIFY(startLedgewise(app));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 30000);
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 30000);
-        // Both surfaces have drawn their symbols by now; give a late load time to show.
+        // Both surfaces sleep, showing their bars; give a late load time to show.
         QTest::qWait(1000);
         QCOMPARE(mappedImagePlugins(app.processId()), QStringList());
+        QCOMPARE(mappedFiles(app.processId(), "libQt6Widgets"), QStringList());
+        QCOMPARE(mappedFiles(app.processId(), "libQt6Svg"), QStringList());
+
+        // Hovered, the left surface shows its module's symbol: drawn from its SVG.
+        const QString left = surfaceWindow(QStringLiteral("left"));
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), left, QStringLiteral("20"), QStringLiteral("10")});
+        QTRY_COMPARE_WITH_TIMEOUT(mappedImagePlugins(app.processId()), QStringList(QStringLiteral("libqsvg.so")), 10000);
+        QCOMPARE(mappedFiles(app.processId(), "libQt6Widgets"), QStringList());
 
         app.terminate();
         QVERIFY(app.waitForFinished(10000));

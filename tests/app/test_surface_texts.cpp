@@ -31,27 +31,6 @@ using namespace ledgewise::testing;
 
 namespace {
 
-// Where a side's surface window is on the screen; empty while it is not shown.
-QRect surfaceGeometry(const QString &side)
-{
-    const QString window = surfaceWindow(side);
-    if (window.isEmpty())
-        return {};
-    QRect geometry;
-    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window}).split(QLatin1Char('\n'))) {
-        const int value = line.section(QLatin1Char('='), 1).toInt();
-        if (line.startsWith(QLatin1String("X=")))
-            geometry.moveLeft(value);
-        else if (line.startsWith(QLatin1String("Y=")))
-            geometry.moveTop(value);
-        else if (line.startsWith(QLatin1String("WIDTH=")))
-            geometry.setWidth(value);
-        else if (line.startsWith(QLatin1String("HEIGHT=")))
-            geometry.setHeight(value);
-    }
-    return geometry;
-}
-
 // True once the clipboard history saved on disk holds `text`.
 bool historyHolds(const QString &text)
 {

@@ -33,6 +33,7 @@ public:
         pending = std::move(reply);
         this->context = context;
     }
+    bool isOpen() const override { return bool(pending); }
     // The user's answer; false when nothing was asked or the asker is gone.
     bool answerWith(const QString &path)
     {

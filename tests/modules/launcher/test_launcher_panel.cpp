@@ -22,6 +22,7 @@ public:
         ++shown;
         QTimer::singleShot(0, context, [reply = std::move(reply), path = answer] { reply(path); });
     }
+    bool isOpen() const override { return false; }
     QString answer;
     int shown = 0;
 };
