@@ -14,6 +14,10 @@ namespace ledgewise::DropActions {
 
 namespace {
 
+// Longer texts are never taken for a link: deciding would mean converting all of a
+// text of many megabytes on the main thread.
+constexpr qsizetype longestLinkBytes = 64 * 1024;
+
 // What Open would hand to the desktop.
 QList<QUrl> openTargets(const DropPayload &payload)
 {
@@ -21,7 +25,7 @@ QList<QUrl> openTargets(const DropPayload &payload)
         return payload.fileURLs;
     if (!payload.urls.isEmpty())
         return payload.urls;
-    if (payload.text) {
+    if (payload.text && payload.text.utf8Size() <= longestLinkBytes) {
         const QUrl url(*payload.text, QUrl::StrictMode);
         if (url.isValid() && !url.scheme().isEmpty())
             return {url};
@@ -74,7 +78,9 @@ void copy(const DropPayload &payload, Pasteboard &pasteboard)
     } else if (payload.image) {
         data->setImageData(*payload.image);
     } else if (payload.text) {
-        data->setText(*payload.text);
+        // Handed on in UTF-8 as it came, however long: Qt serves "text/plain" bytes to
+        // other applications as they are.
+        data->setData(QStringLiteral("text/plain"), payload.text.utf8());
     } else {
         return;
     }

@@ -263,6 +263,16 @@ const QString &DroppedText::value() const
     return *m_decoded;
 }
 
+QByteArray DroppedText::utf8() const
+{
+    return m_decoded ? m_decoded->toUtf8() : m_utf8;
+}
+
+qsizetype DroppedText::utf8Size() const
+{
+    return m_decoded ? m_decoded->toUtf8().size() : m_utf8.size();
+}
+
 QString DroppedText::start(qsizetype length) const
 {
     if (m_decoded || m_utf8.size() <= 4 * (length + 2))

@@ -37,6 +37,9 @@ public:
     const QString &value() const;
     // Whether the whole text has been converted yet.
     bool isDecoded() const { return m_decoded.has_value(); }
+    // The text in UTF-8, as offered: no conversion while it has not been decoded.
+    QByteArray utf8() const;
+    qsizetype utf8Size() const;
     // At most the first `length` characters followed by whatever more, decoded from the
     // start of the bytes only: more than `length` characters when the text is longer.
     QString start(qsizetype length) const;

@@ -18,7 +18,10 @@ SurfaceMenu::SurfaceMenu(QQmlEngine &engine, QList<Entry> entries, QObject *pare
 
 SurfaceMenu::~SurfaceMenu()
 {
-    dropWindow();
+    // At once: its view binds to this menu, which is going.
+    if (m_window)
+        m_window->removeEventFilter(this);
+    m_window.reset();
 }
 
 QStringList SurfaceMenu::texts() const
@@ -143,7 +146,6 @@ bool SurfaceMenu::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease: {
         const auto *key = static_cast<QKeyEvent *>(event);
-        emit keyEvent(key->nativeScanCode(), key->nativeModifiers(), event->type() == QEvent::KeyPress);
         if (m_keyInterceptor && m_keyInterceptor(*key))
             return true;
         break;

@@ -59,9 +59,6 @@ public:
 
 signals:
     void openChanged(bool open);
-    // Each key the open menu is sent, by its X key code and modifier state: while the
-    // menu holds the keyboard, global shortcuts are matched against these.
-    void keyEvent(quint32 nativeKeyCode, quint32 nativeModifiers, bool pressed);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -349,6 +349,27 @@ private slots:
         QCOMPARE(pasteboard.clears, 3);
     }
 
+    void aFiftyMegabyteTextIsCopiedAndRefusedAsALinkWithoutConvertingIt()
+    {
+        QByteArray text(50 * 1024 * 1024, 'x');
+        text.replace(0, 8, "https://");
+        QMimeData offered;
+        offered.setData(QStringLiteral("text/plain"), text);
+        const auto payload = DropPayload::from(offered);
+        QVERIFY(payload);
+
+        FakePasteboard pasteboard;
+        DropActions::copy(*payload, pasteboard);
+        QCOMPARE(pasteboard.data(QStringLiteral("text/plain")).size(), text.size());
+        QCOMPARE(pasteboard.data(QStringLiteral("text/plain")), text);
+        // Far too long for a link, though it starts as one: Open hands nothing on.
+        RecordingUrlOpener opener;
+        DropActions::open(*payload, opener);
+        QVERIFY(opener.opened.isEmpty());
+        // None of it converted the whole text on the way.
+        QVERIFY(!payload->text.isDecoded());
+    }
+
     void copyClearsEvenWhenThereIsNothingToWrite()
     {
         FakePasteboard pasteboard;
