@@ -79,23 +79,28 @@ Item {
                 size: 11
                 anchors.verticalCenter: parent.verticalCenter
             }
-            Text {
-                objectName: "glanceText"
-                width: Math.min(implicitWidth, content.width - glanceSymbol.width - glanceRow.spacing)
+            // Made when the row first shows: until a surface is hovered no text is laid
+            // out at all, and the font machinery (about 2 MB) is not loaded.
+            Loader {
+                active: glanceRow.visible
                 anchors.verticalCenter: parent.verticalCenter
-                // Hidden (sleeping or open), the row holds no text at all: a running
-                // countdown changes it every second, and a change no one sees must not
-                // cost the window a frame.
-                text: parent.visible ? root.surface.glanceText : ""
-                // The newest copy or download is shown as it is, never as markup.
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-                color: NotchChrome.ivory
-                font.pixelSize: 11
-                font.weight: Font.Medium
-                elide: Text.ElideRight
-                maximumLineCount: 1
+                sourceComponent: Text {
+                    objectName: "glanceText"
+                    width: Math.min(implicitWidth, content.width - glanceSymbol.width - glanceRow.spacing)
+                    // Hidden (sleeping or open), the row holds no text at all: a running
+                    // countdown changes it every second, and a change no one sees must
+                    // not cost the window a frame.
+                    text: glanceRow.visible ? root.surface.glanceText : ""
+                    // The newest copy or download is shown as it is, never as markup.
+                    textFormat: Text.PlainText
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                    color: NotchChrome.ivory
+                    font.pixelSize: 11
+                    font.weight: Font.Medium
+                    elide: Text.ElideRight
+                    maximumLineCount: 1
+                }
             }
         }
 
