@@ -28,26 +28,6 @@ QRect expectedFrame(NotchSide side, NotchPresentation presentation)
     return toWindowRect(NotchLayout::frame(side, presentation, Preferences{}, display), 982);
 }
 
-struct Finished {
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-// Runs ledgewise with `arguments` to its end.
-Finished run(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), arguments);
-    Finished result;
-    if (!process.waitForFinished(20000))
-        return result;
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
-}
-
 bool instanceRunning()
 {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(serviceName);
@@ -94,7 +74,7 @@ private slots:
     void everyCommandWithoutARunningInstanceSaysSoAndFails()
     {
         QFETCH(QStringList, arguments);
-        const Finished result = run(arguments);
+        const Finished result = runLedgewise(arguments);
         QCOMPARE(result.exitCode, 1);
         QCOMPARE(result.err, QByteArray("Ledgewise is not running.\n"));
         QCOMPARE(result.out, QByteArray());
@@ -105,7 +85,7 @@ private slots:
     void aBadSideIsRefusedBeforeAnythingIsAsked()
     {
         startApp();
-        const Finished result = run({QStringLiteral("--toggle"), QStringLiteral("top")});
+        const Finished result = runLedgewise({QStringLiteral("--toggle"), QStringLiteral("top")});
         QCOMPARE(result.exitCode, 2);
         QVERIFY2(result.err.startsWith("--toggle takes left or right, not 'top'.\n"), result.err.constData());
     }
@@ -114,7 +94,7 @@ private slots:
     {
         startApp();
         QCOMPARE(m_settingsRequests, 0);
-        const Finished second = run({});
+        const Finished second = runLedgewise({});
         QCOMPARE(second.exitCode, 0);
         QCOMPARE(second.out, QByteArray("Ledgewise is already running.\n"));
         QTRY_COMPARE(m_settingsRequests, 1);
@@ -124,7 +104,7 @@ private slots:
     void theSettingsCommandOpensTheSettings()
     {
         startApp();
-        const Finished settings = run({QStringLiteral("--settings")});
+        const Finished settings = runLedgewise({QStringLiteral("--settings")});
         QCOMPARE(settings.exitCode, 0);
         QCOMPARE(settings.out, QByteArray());
         QCOMPARE(settings.err, QByteArray());
@@ -141,14 +121,14 @@ private slots:
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("right")), rightClosed);
 
-        QCOMPARE(run({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
+        QCOMPARE(runLedgewise({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftOpen);
         QCOMPARE(surfaceGeometry(QStringLiteral("right")), rightClosed);
 
-        QCOMPARE(run({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
+        QCOMPARE(runLedgewise({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
 
-        QCOMPARE(run({QStringLiteral("--toggle=right")}).exitCode, 0);
+        QCOMPARE(runLedgewise({QStringLiteral("--toggle=right")}).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("right")), rightOpen);
         QCOMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
         // Toggling is not opening the settings.
@@ -158,7 +138,7 @@ private slots:
     void theQuitCommandEndsIt()
     {
         startApp();
-        QCOMPARE(run({QStringLiteral("--quit")}).exitCode, 0);
+        QCOMPARE(runLedgewise({QStringLiteral("--quit")}).exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitCode(), 0);
         QVERIFY(!instanceRunning());

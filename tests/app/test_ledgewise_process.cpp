@@ -1,3 +1,5 @@
+#include "tests/support/ledgewise_process.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDir>
@@ -9,6 +11,8 @@
 
 #include <csignal>
 #include <memory>
+
+using namespace ledgewise::testing;
 
 namespace {
 
@@ -26,26 +30,6 @@ QString settingsFile()
 bool instanceRunning()
 {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.ledgewise.Ledgewise"));
-}
-
-// Runs ledgewise to completion with the given arguments.
-struct Finished {
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Finished run(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(executable(), arguments);
-    Finished result;
-    if (!process.waitForFinished(20000))
-        return result;
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
 }
 
 } // namespace
@@ -78,7 +62,7 @@ private slots:
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(process.readAllStandardOutput(), QByteArray("ledgewise " LEDGEWISE_VERSION "\n"));
 
-        const Finished help = run({QStringLiteral("--help")});
+        const Finished help = runLedgewise({QStringLiteral("--help")});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains("--quit"));
         QVERIFY(help.out.contains("LEDGEWISE_NOTCH"));
@@ -86,14 +70,14 @@ private slots:
 
     void unknownOptionFails()
     {
-        const Finished result = run({QStringLiteral("--no-such-option")});
+        const Finished result = runLedgewise({QStringLiteral("--no-such-option")});
         QCOMPARE(result.exitCode, 2);
         QVERIFY(result.err.contains("ledgewise --help"));
     }
 
     void quitWithNothingRunningSaysSo()
     {
-        const Finished result = run({QStringLiteral("--quit")});
+        const Finished result = runLedgewise({QStringLiteral("--quit")});
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.err.startsWith("Ledgewise is not running.\n"), result.err.constData());
     }
@@ -103,7 +87,7 @@ private slots:
         startApp();
         QVERIFY(m_app->state() == QProcess::Running);
 
-        const Finished quit = run({QStringLiteral("--quit")});
+        const Finished quit = runLedgewise({QStringLiteral("--quit")});
         QCOMPARE(quit.exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
@@ -138,7 +122,7 @@ private slots:
     void secondStartHandsOverToTheRunningOne()
     {
         startApp();
-        const Finished second = run({});
+        const Finished second = runLedgewise({});
         QCOMPARE(second.exitCode, 0);
         QCOMPARE(second.out, QByteArray("Ledgewise is already running.\n"));
         QCOMPARE(m_app->state(), QProcess::Running);
@@ -153,7 +137,7 @@ private slots:
             file.setValue(QStringLiteral("GlobalShortcuts_toggleLeft"), QStringLiteral("[[[not json"));
         }
         startApp();
-        QCOMPARE(run({QStringLiteral("--quit")}).exitCode, 0);
+        QCOMPARE(runLedgewise({QStringLiteral("--quit")}).exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitCode(), 0);
         // A bad document is left for the next change to replace; a bad shortcut is not repaired.

@@ -27,6 +27,28 @@ inline void storePreferences(const Preferences &preferences)
     settings.setValue(QStringLiteral("ledgewise.preferences"), *encodePreferences(preferences));
 }
 
+// What a run of the program to its end left: its exit code (-2 after a crash, -1 when it
+// did not end in 20 s) and what it wrote.
+struct Finished {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// Runs the built program (LEDGEWISE_EXECUTABLE) with `arguments` to its end.
+inline Finished runLedgewise(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(qEnvironmentVariable("LEDGEWISE_EXECUTABLE"), arguments);
+    Finished result;
+    if (!process.waitForFinished(20000))
+        return result;
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
 // Starts the built program (LEDGEWISE_EXECUTABLE) with the accessibility bridge on.
 inline bool startLedgewise(QProcess &app)
 {
