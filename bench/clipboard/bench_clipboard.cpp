@@ -290,7 +290,7 @@ int main(int argc, char *argv[])
             written = false;
             QElapsedTimer timer;
             timer.start();
-            saving.pin(id);
+            saving.togglePin(id);
             handOver.append(timer.nsecsElapsed() / 1e6);
             waitFor([&] { return written; }, 10000);
             onDisk.append(timer.nsecsElapsed() / 1e6);

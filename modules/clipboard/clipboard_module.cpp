@@ -67,7 +67,7 @@ void ClipboardModule::copyBack(const QString &id)
 
 void ClipboardModule::togglePin(const QString &id)
 {
-    m_store.pin(QUuid::fromString(id));
+    m_store.togglePin(QUuid::fromString(id));
 }
 
 void ClipboardModule::remove(const QString &id)

@@ -299,7 +299,7 @@ void ClipboardStore::persist()
     m_writer.save(m_items);
 }
 
-void ClipboardStore::pin(const QUuid &id)
+void ClipboardStore::togglePin(const QUuid &id)
 {
     for (ClipboardItem &item : m_items) {
         if (item.id == id) {

@@ -44,7 +44,7 @@ public:
     QString imagesDirectory() const;
 
     QString glanceSnippet() const;
-    void pin(const QUuid &id);
+    void togglePin(const QUuid &id);
     void remove(const QUuid &id);
     // Puts an entry back on the clipboard without capturing it again.
     void copyBack(const ClipboardItem &item);

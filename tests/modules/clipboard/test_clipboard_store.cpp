@@ -143,7 +143,7 @@ private slots:
         Fixture f;
         for (int i = 0; i < 50; ++i) {
             f.copy(QString::number(i));
-            f.store.pin(f.store.items()[0].id);
+            f.store.togglePin(f.store.items()[0].id);
         }
         f.copy(QStringLiteral("one more"));
         QCOMPARE(f.store.items().size(), 51);
@@ -155,7 +155,7 @@ private slots:
         f.copy("a");
         f.copy("b");
         f.copy("c");
-        f.store.pin(f.store.items()[2].id); // "a", the oldest
+        f.store.togglePin(f.store.items()[2].id); // "a", the oldest
         f.copy("d");
         QCOMPARE(texts(f.store), QStringList({"d", "c", "a"}));
     }
@@ -166,14 +166,14 @@ private slots:
         f.copy("a");
         f.copy("b");
         const QUuid id = f.store.items()[1].id;
-        f.store.pin(id);
+        f.store.togglePin(id);
         QCOMPARE(f.store.items()[1].isPinned, true);
         QCOMPARE(f.disk()[1].toObject().value("isPinned").toBool(), true);
-        f.store.pin(id);
+        f.store.togglePin(id);
         QCOMPARE(f.store.items()[1].isPinned, false);
         QCOMPARE(f.disk()[1].toObject().value("isPinned").toBool(), false);
         QCOMPARE(texts(f.store), QStringList({"b", "a"}));
-        f.store.pin(QUuid::createUuid()); // unknown: nothing
+        f.store.togglePin(QUuid::createUuid()); // unknown: nothing
     }
 
     void contentPresentAtStartIsNotCaptured()
@@ -254,7 +254,7 @@ private slots:
         {
             ClipboardStore store(pasteboard, folder.path(), 50, true);
             pasteboard.copyFromElsewhere(textData(QStringLiteral("kept")));
-            store.pin(store.items()[0].id);
+            store.togglePin(store.items()[0].id);
         }
         ClipboardStore store(pasteboard, folder.path(), 50, true);
         QCOMPARE(texts(store), QStringList({"kept"}));
@@ -559,7 +559,7 @@ private:
             QVERIFY(store.items().isEmpty());
             pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory only")));
             QCOMPARE(texts(store), QStringList({"in memory only"}));
-            store.pin(store.items()[0].id);
+            store.togglePin(store.items()[0].id);
             store.flush();
         }
         QVERIFY(QFileInfo::exists(path) || QFileInfo(path).isSymLink());

@@ -347,10 +347,10 @@ private slots:
                 result << entry.toObject().value("isPinned").toBool();
             return result;
         };
-        w.store.pin(id);
+        w.store.togglePin(id);
         QCOMPARE(pinnedOnDisk(), QList<bool>({false, true}));
         QCOMPARE(onDisk(w.store), QStringList({"text:b", "text:a"}));
-        w.store.pin(id);
+        w.store.togglePin(id);
         QCOMPARE(pinnedOnDisk(), QList<bool>({false, false}));
         QCOMPARE(onDisk(w.store), QStringList({"text:b", "text:a"}));
         QCOMPARE(texts(w.store), QStringList({"b", "a"}));
