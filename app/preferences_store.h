@@ -12,9 +12,6 @@ namespace ledgewise {
 
 class KeyValueStore;
 
-// The name the rest of the program knows the change announcement by.
-inline constexpr char ledgewisePreferencesDidChange[] = "Ledgewise.preferencesDidChange";
-
 // Owns the one live Preferences record: loads it once, writes it back on every change
 // and announces every change.
 class PreferencesStore : public QObject
@@ -47,7 +44,7 @@ public:
 signals:
     // Observers of `current`: only when the record really changed.
     void currentChanged();
-    // Ledgewise.preferencesDidChange: after every write, with the store as its object.
+    // After every write, with the store as its object.
     void preferencesDidChange(ledgewise::PreferencesStore *store);
 
 private:

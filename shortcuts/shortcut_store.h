@@ -42,8 +42,6 @@ public:
     virtual bool hasHandlers(const Name &name) const = 0;
 };
 
-inline constexpr char shortcutByNameDidChange[] = "GlobalShortcuts_shortcutByNameDidChange";
-
 // The user's shortcuts, each kept under "GlobalShortcuts_" + name: a JSON text for a
 // shortcut, false for one the user cleared while the name has a default, nothing for
 // none.
@@ -76,7 +74,7 @@ public:
     QList<Name> names() const { return m_names; }
 
 signals:
-    // GlobalShortcuts_shortcutByNameDidChange, with the name.
+    // Every set, disable and remove, with the name.
     void shortcutDidChange(const ledgewise::GlobalShortcuts::Name &name);
 
 private:

@@ -55,7 +55,7 @@ public:
     std::optional<int> nextTickInMs() const;
 
 signals:
-    // Ledgewise.timerDidChange: on start, cancel and finish only, never once a second.
+    // On start, cancel and finish only, never once a second.
     void timerDidChange();
     void endDateChanged();
     void remainingChanged();
@@ -80,7 +80,5 @@ private:
     qint64 m_lastPresetMinutes = 5;
     QTimer m_tick;
 };
-
-inline constexpr char ledgewiseTimerDidChange[] = "Ledgewise.timerDidChange";
 
 } // namespace ledgewise

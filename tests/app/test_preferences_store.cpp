@@ -192,7 +192,6 @@ private slots:
         store.update([](Preferences &p) { p.width = 312; });
         QCOMPARE(seenStore, &store);
         QCOMPARE(seenWidth, 312.0);
-        QCOMPARE(QByteArray(ledgewisePreferencesDidChange), QByteArray("Ledgewise.preferencesDidChange"));
     }
 
     void savedRecordIsLoadedAtTheNextStart()

@@ -169,7 +169,6 @@ private slots:
         QCOMPARE(changes.at(0).at(0).value<Name>().defaultShortcut, withDefault.defaultShortcut);
         QCOMPARE(changes.at(3).at(0).value<Name>(), withoutDefault);
         QCOMPARE(qHash(withDefault), qHash(Name{QStringLiteral("toggleLeft"), std::nullopt}));
-        QCOMPARE(QByteArray(shortcutByNameDidChange), QByteArray("GlobalShortcuts_shortcutByNameDidChange"));
     }
 
     void hotKeysFollowTheStoredShortcut()

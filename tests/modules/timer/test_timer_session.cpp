@@ -316,7 +316,6 @@ private slots:
         f.session.setLastPresetMinutes(15);
         QCOMPARE(f.session.lastPresetMinutes(), 15);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(QByteArray(ledgewiseTimerDidChange), QByteArray("Ledgewise.timerDidChange"));
     }
 };
 
