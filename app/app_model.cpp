@@ -5,6 +5,7 @@
 #include "app/reopen_rule.h"
 #include "app/qml_modules.h"
 #include "dragdrop/drop_actions.h"
+#include "dragdrop/drop_preparation.h"
 #include "dragdrop/drop_saves.h"
 #include "platform/xdg/standard_folders.h"
 #include "platform/xdg/url_opener.h"
@@ -32,6 +33,9 @@
 #include "updates/update_window.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QPointer>
+#include <QThreadPool>
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include "platform/settings/settings_file_watcher.h"
@@ -205,6 +209,25 @@ void AppModel::performDropAction(DropAction action, const DropPayload &payload)
         m_dropSaves->save(payload);
         return;
     }
+    // All of a long text for a mail or a phone: converted, or written to a file to
+    // attach, on a worker; handed on from the main thread, if Ledgewise still runs.
+    if (DropPreparation::isSlow(action, payload)) {
+        QPointer<AppModel> self(this);
+        const QString shareFolder = QDir(StandardFolders::applicationCache()).filePath(QStringLiteral("Shared"));
+        QThreadPool::globalInstance()->start([self, action, payload, shareFolder] {
+            DropPayload prepared = DropPreparation::prepare(action, payload, shareFolder);
+            QMetaObject::invokeMethod(qApp, [self, action, prepared = std::move(prepared)] {
+                if (self)
+                    self->performPrepared(action, prepared);
+            });
+        });
+        return;
+    }
+    performPrepared(action, payload);
+}
+
+void AppModel::performPrepared(DropAction action, const DropPayload &payload)
+{
     DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads(), m_mail.get(),
                                  m_devices.get()};
     DropActions::perform(action, payload, context);

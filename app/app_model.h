@@ -113,6 +113,8 @@ signals:
 
 private:
     void registerShortcuts();
+    // A drop action whose slow part, if any, is done.
+    void performPrepared(DropAction action, const DropPayload &payload);
     void showContextMenu(QPoint globalPosition);
 
     std::unique_ptr<KeyValueStore> m_settings;

@@ -21,4 +21,12 @@ QString applicationData()
     return QDir(QDir::tempPath()).filePath(QStringLiteral("Ledgewise"));
 }
 
+QString applicationCache()
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    if (!base.isEmpty())
+        return QDir(base).filePath(QStringLiteral("Ledgewise"));
+    return QDir(QDir::tempPath()).filePath(QStringLiteral("Ledgewise-cache"));
+}
+
 } // namespace ledgewise::StandardFolders

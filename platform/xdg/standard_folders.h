@@ -11,4 +11,8 @@ QString downloads();
 // folder's "Ledgewise" when no data location can be found.
 QString applicationData();
 
+// Where Ledgewise keeps files others read for a while and nothing is lost without:
+// $XDG_CACHE_HOME/Ledgewise, or the temporary folder's "Ledgewise-cache".
+QString applicationCache();
+
 } // namespace ledgewise::StandardFolders

@@ -15,6 +15,8 @@
 #include <QAccessible>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QMimeData>
 #include <QProcess>
 #include <QQuickItem>
 #include <QQuickView>
@@ -121,6 +123,28 @@ private slots:
         const QUrlQuery query{QUrl(QString::fromUtf8(readAll(mailed())))};
         QCOMPARE(query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded), text);
         QVERIFY(!query.hasQueryItem(QStringLiteral("attach")));
+    }
+
+    void shareMailsATextOfManyMegabytesAttachedAsATextFile()
+    {
+        // Too long for a mail's body (it travels on the mail program's command line):
+        // written to a file of its own, off the main thread, and attached.
+        QByteArray text(50 * 1024 * 1024, 'x');
+        text.replace(0, 11, "Chapter one");
+        QMimeData offered;
+        offered.setData(QStringLiteral("text/plain"), text);
+        NotchWindowController *left =
+            dropOnLeft(std::make_shared<const DropPayload>(*DropPayload::from(offered)));
+        QVERIFY(left);
+        clickOn(findItem(left->window()->rootObject(), QStringLiteral("dropAction_share")));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mailed()), 20000);
+        const QUrlQuery query{QUrl(QString::fromUtf8(readAll(mailed())))};
+        QVERIFY(!query.hasQueryItem(QStringLiteral("body")));
+        const QStringList attached = query.allQueryItemValues(QStringLiteral("attach"), QUrl::FullyDecoded);
+        QCOMPARE(attached.size(), 1);
+        QCOMPARE(QFileInfo(attached.constFirst()).fileName(), QStringLiteral("Dropped text.txt"));
+        QCOMPARE(readAll(attached.constFirst()), text);
+        QVERIFY(left->surface()->hasDropPayload());
     }
 
     void sendToDeviceWithoutAPhoneIsDisabledSaysWhyAndDoesNothing()
