@@ -137,11 +137,11 @@ void AppModel::registerShortcuts()
     m_shortcuts->setRegistrar(m_hotKeys.get());
     // A shortcut reads as the layout in use types it.
     connect(m_hotKeyGrabber.get(), &X11HotKeyGrabber::keyboardChanged, this, [this] { m_keyboardLayout->reload(); });
-    // The toggles act on release. A press before the surfaces exist does nothing.
+    // The toggles act on release.
     const auto toggler = [this](NotchSide side) {
         return [model = QPointer<AppModel>(this), side] {
-            if (model && model->m_notchController)
-                model->m_notchController->toggle(side);
+            if (model)
+                model->toggleSurface(side);
         };
     };
     m_hotKeys->onKeyUp(ApplicationShortcuts::toggleLeft(), toggler(NotchSide::left));
@@ -155,6 +155,13 @@ void AppModel::registerShortcuts()
             m_hotKeys->storedShortcutsChanged();
         });
     }
+}
+
+void AppModel::toggleSurface(NotchSide side)
+{
+    // A shortcut pressed or a command sent before the surfaces exist does nothing.
+    if (m_notchController)
+        m_notchController->toggle(side);
 }
 
 void AppModel::reopen()

@@ -101,6 +101,9 @@ public:
     void start();
 
 public slots:
+    // Opens or closes the surface nearest the pointer on `side` (the toggle shortcuts,
+    // `ledgewise --toggle`); nothing before the surfaces exist.
+    void toggleSurface(NotchSide side);
     // The user started Ledgewise again while it runs: the settings open unless one of
     // Ledgewise's windows is already showing.
     void reopen();

@@ -116,8 +116,8 @@ int main(int argc, char *argv[])
     QObject::connect(&model, &AppModel::settingsRequested, &service, &ApplicationService::announceSettingsRequested);
     QObject::connect(&service, &ApplicationService::toggleRequested, &model, [&model](const QString &raw) {
         const std::optional<NotchSide> side = notchSideFromRaw(raw);
-        if (side && model.notchController())
-            model.notchController()->toggle(*side);
+        if (side)
+            model.toggleSurface(*side);
     });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &model, &AppModel::saveAll);
 

@@ -3,6 +3,8 @@
 
 #include "app/app_model.h"
 #include "app/reopen_rule.h"
+#include "surfaces/notch_controller.h"
+#include "surfaces/notch_window_controller.h"
 #include "tests/support/fake_key_value_store.h"
 #include "updates/update_window.h"
 
@@ -65,6 +67,26 @@ private slots:
         QTRY_VERIFY(!updates->isVisible());
         model.reopen();
         QCOMPARE(settings.size(), 2);
+    }
+
+    void aToggleBeforeTheSurfacesExistDoesNothing()
+    {
+        AppModel model(std::make_unique<FakeKeyValueStore>());
+        const qsizetype before = QGuiApplication::topLevelWindows().size();
+        model.toggleSurface(NotchSide::left);
+        model.toggleSurface(NotchSide::right);
+        QVERIFY(!model.notchController());
+        QCOMPARE(QGuiApplication::topLevelWindows().size(), before);
+
+        // Once they exist, the same toggle opens the left surface.
+        model.start();
+        QVERIFY(model.notchController());
+        model.toggleSurface(NotchSide::left);
+        const auto &surfaces = model.notchController()->controllers();
+        QTRY_VERIFY(std::any_of(surfaces.begin(), surfaces.end(), [](const auto &surface) {
+            return surface->surface()->side() == NotchSide::left
+                   && surface->surface()->presentation() == NotchPresentation::expanded;
+        }));
     }
 };
 
