@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # ledgewise_test(NAME SOURCES ... LIBS ... [DISPLAY] [LABELS ...])
 #
 # Every test runs through tests/support/isolated.sh, which gives it its own HOME,

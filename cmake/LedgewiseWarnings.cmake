@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Project-wide compile settings, applied per target through ledgewise_target().
 add_library(ledgewise_options INTERFACE)
 target_compile_options(ledgewise_options INTERFACE -Wall -Wextra)

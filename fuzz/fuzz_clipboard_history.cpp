@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes found in clipboard.json either decode to a history that encodes and decodes
 // to itself, or give nothing; what the panel and the glance show of it never crashes.
 #include "modules/clipboard/clipboard_item.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What another application puts on the clipboard, as MIME parts (see mime_parts.h):
 // classified against a small history, and the text rules applied to what it offers.
 // Never a crash; a stored text never passes its byte limit by more than the note.

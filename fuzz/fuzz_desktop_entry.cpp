@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A Desktop Entry file as any program may have installed it: the first line is the
 // locale to read it in, the rest the file. Parsed, its Exec line split, never a crash;
 // a split line always names a program.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What another application offers in a drag, as MIME parts (see mime_parts.h): read
 // with and without decoding images, never a crash, and only absolute local files are
 // ever taken as files.

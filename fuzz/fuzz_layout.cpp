@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A stored preferences record, however odd its numbers, laid out on two displays and
 // turned into window rectangles: never undefined behaviour (the build stops on a double
 // out of an int's range), and a window is never of negative size. Input that is not a

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes stored under the preferences key either decode to a record that encodes
 // and decodes to itself, or give nothing; never a crash.
 #include "app/preferences_codec.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any text stored under a shortcut key either decodes to a shortcut that reads back
 // the same, or to no shortcut; its readable form never crashes.
 #include "shortcuts/presentable_description.h"

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds and runs every benchmark on a private virtual display and prints the figures.
 # LEDGEWISE_BENCH_SECONDS shortens the idle measurements (60 s each by default).
 # The soak (a long session of copies, drops, openings and closings with the resident

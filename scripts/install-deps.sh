@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs every Debian package that building, running and testing Ledgewise need.
 # Does nothing (and needs no network or root) when they are all present already.
 set -euo pipefail

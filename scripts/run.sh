@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds Ledgewise and starts it. With no display (a server, CI, a container) it starts
 # a virtual X display, runs Ledgewise there and writes screenshots of what it shows.
 # Installs the Debian packages it needs first. Stop it with Ctrl+C.

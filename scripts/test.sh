@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds Ledgewise and runs every test: the full suite (unit tests and real windows on
 # a virtual display), the unit tests again under AddressSanitizer + UBSan, and each
 # fuzzer for a bounded time. Installs the Debian packages it needs first.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shortcuts/shortcut_store.h"
 
 #include "platform/settings/key_value_store.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
 // The soft shadow of an open surface: rings of faint black that grow out of the

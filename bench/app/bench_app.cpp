@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The whole program as a user runs it, measured from outside on the current display
 // (run it on Xvfb: tests/support/isolated.sh --display ...):
 //  - start-up: from launch to the first surface window mapped;

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Resident memory of Ledgewise beside the clipboard manager Linux users already run,
 // both on the current display in one run (run it on Xvfb:
 // tests/support/isolated.sh --display ...). Ledgewise starts with both surfaces and a

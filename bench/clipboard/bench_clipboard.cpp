@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The clipboard history on a real X display (run it on Xvfb):
 //  - from the moment another application owns the clipboard to the entry on disk, 50
 //    times;

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One full listing of a Downloads folder of 100, 1,000, 10,000 and 100,000 files,
 // from the request to the new list on the main thread (the listing itself runs on the
 // store's own thread).

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Does a big Downloads folder hold up the main thread? A 16 ms timer runs on the main
 // thread for 5 s while another thread appends to a file every 10 ms, in a folder of
 // 10,000 and of 100,000 files, with the store watching it from its creation (its first

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long the main thread is held while a big drag passes over a surface and is
 // dropped: a 50 MB text, 10,000 files, a 4,000-character file name. The drag events
 // are sent to a window with the catcher as the window system sends them (the other

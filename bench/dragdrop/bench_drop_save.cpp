@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Saving a large drop while the interface runs: a 16 ms timer on the main thread (a
 // frame) while a 1 GiB file, then a folder of 4,000 files, is saved into a folder,
 // and how long a cancel takes to leave nothing behind. Prints its figures.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The three long-lived stores with nothing happening: clipboard history on the X
 // clipboard, the watched Downloads folder and an idle countdown timer. Prints the CPU
 // time used and how often the process woke up. LEDGEWISE_BENCH_SECONDS shortens the

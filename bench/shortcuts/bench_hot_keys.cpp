@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The toggle shortcuts, measured on the current display (run it on Xvfb:
 // tests/support/isolated.sh --display ...):
 //  - start-up: from launching the program to its first surface mapped, with Alt+Space

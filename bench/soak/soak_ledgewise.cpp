@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Resident memory of the whole program over a long session of use (run it on Xvfb:
 // tests/support/isolated.sh --display ...). For LEDGEWISE_SOAK_SECONDS (600 by default)
 // it goes round and round: another application copies a text and then a picture, a

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Frames drawn while a surface expands: the window's frames during one animated move,
 // against the frames a 60 Hz display would show in that time. Run it on a display.
 #include "app/app_model.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long an update check takes against a server on this machine (a one-release feed
 // and a 200-release one), and what it leaves behind: resident memory and threads
 // before the first check and after many, since the network machinery is meant to exist

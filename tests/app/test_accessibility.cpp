@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Ledgewise as a screen reader meets it: over the accessibility bus (AT-SPI), the
 // surfaces are frames named after their side, a drop's actions are buttons named by
 // their titles that can be found by name and pressed.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Ledgewise killed without warning, again and again: 200 copies, pins and launcher sites
 // made as a user makes them (another application copies; the panels' buttons and the
 // address field are used over the accessibility bus), with SIGKILL at random moments,

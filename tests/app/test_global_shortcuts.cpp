@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The two toggle shortcuts of the running program, pressed with xdotool on the test's
 // own X server, with another X client holding or taking key combinations.
 

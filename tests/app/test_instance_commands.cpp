@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The running program and the commands a second start gives it: reopening, --settings,
 // --toggle and --quit, over the real session bus, with the surfaces read back from the
 // X server.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The panels as a screen reader meets them: over the accessibility bus (AT-SPI), the
 // buttons, rows and the address field of the clipboard, timer and launcher panels are
 // found by name and role, and pressing them does what clicking does; and where they

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The panels inside real surfaces, driven with xdotool: typing a site into the
 // launcher, opening it in the default browser and removing it, pinning and starting an
 // application and a file through the real file chooser (clicked about in, answered

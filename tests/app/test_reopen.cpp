@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Starting Ledgewise again while it runs: the settings open unless one of its own
 // windows is already showing. The application model itself, on the test's X server.
 

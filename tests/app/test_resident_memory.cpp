@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What Ledgewise keeps resident while it only shows its surfaces: its symbols are drawn
 // without Qt Quick's image loading, so no image format plugin (and none of the TIFF,
 // WebP, MNG... libraries behind them) is loaded until an image is really shown, and the

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the surfaces show of other people's text, as a user and a screen reader meet it:
 // markup copied or dropped from another application is shown as the characters typed
 // and fetches nothing; and over the accessibility bus (AT-SPI) the glance text, the

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Real drags from another application onto a window with the catcher, on Xvfb: the
 // window system reports the drag over the whole window, the catcher only over its
 // rounded shape.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Share and Send to Device with a dropped text of many megabytes: the slow part (all of
 // the text converted, or written to a file a mail can carry) is told apart from the
 // quick actions, and done to the letter.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Saving a drop: large files and folders on a worker with progress, a cancel, and write
 // errors (a file-size limit on this process), each leaving nothing partial behind.
 #include "dragdrop/drop_actions.h"

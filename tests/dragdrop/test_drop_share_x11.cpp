@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Share and Send to Device on a real surface, pressed with the mouse on Xvfb: Share opens
 // the user's mail client (a script of ours, the default for mailto:) with the dropped file
 // attached or the text as body, and keeps the drop; Send to Device is disabled and says

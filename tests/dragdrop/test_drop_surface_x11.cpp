@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a surface shows of the drop actions on a real window, on Xvfb: Open refusing a
 // kind of link says so and keeps the drop; a running save shows its progress, and its
 // Cancel button, pressed with the mouse, leaves nothing in the folder.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/launch_at_login.h"
 #include "app/preferences_store.h"
 #include "platform/xdg/autostart.h"

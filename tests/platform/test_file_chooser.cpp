@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop's file chooser, shown by Ledgewise's chooser program on the test's X
 // display and driven with xdotool as a user would: the asker returns at once and is
 // answered once from the event loop, never when it is gone; one chooser at a time; a

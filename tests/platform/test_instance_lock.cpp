@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The lock that keeps a second Ledgewise off the user's data: held once, taken over
 // from a holder that is gone, and told apart from a folder where no lock can be made.
 #include "platform/xdg/instance_lock.h"

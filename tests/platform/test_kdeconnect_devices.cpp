@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The phones paired through KDE Connect, seen over a private session bus: none without
 // the service; the first paired, reachable device as the service comes, goes and its
 // devices come into reach; and what a send asks of the device's share plugin.

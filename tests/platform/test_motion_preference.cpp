@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop's animation setting, read from a settings portal on a private session bus.
 #include "platform/dbus/motion_preference.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shortcuts/hot_key_center.h"
 #include "shortcuts/keyboard_layout.h"
 #include "tests/support/fake_key_value_store.h"

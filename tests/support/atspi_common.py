@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The node search the accessibility probes share (atspi_press.py, atspi_driver.py and
 the probe test_panels_accessibility writes); they import it by path, from this folder."""
 import pyatspi

@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Drives a running application through the accessibility bus, as a screen reader
 would, for as long as a test needs it: one process that keeps its connection open and
 takes one command a line on standard input, so a test that presses hundreds of

@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Presses a control of a running application through the accessibility bus, as a screen
 reader would: finds the application by name, then the first control with the given
 role and name, and runs its first action.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Another application on the clipboard, for tests and benchmarks: offers the given
 // types and bytes until someone else takes the clipboard (then it quits on its own), or
 // until it is killed.

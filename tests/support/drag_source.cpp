@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Another application to drag from, for tests: a small window at the position given
 // that starts a drag of the given text when the mouse is pressed on it, and prints
 // how the drag ended ("copy" or "ignored"). With a MIME type, the text travels as that

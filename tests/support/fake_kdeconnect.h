@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // A stand-in for KDE Connect's daemon on the test's private session bus, under its real

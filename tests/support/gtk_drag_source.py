@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Another application to drag from, written with GTK 3 as browsers and file managers
 # are: a small window at the position given whose label starts a drag when the mouse
 # is pressed on it (as tests/support/drag_source.cpp does), offering the text as

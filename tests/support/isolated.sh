@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Runs one test in a sandbox of its own: a fresh HOME with its XDG folders, a private
 # session D-Bus, and with --display a private Xvfb server (found with -displayfd, so
 # parallel tests never race for a display number).

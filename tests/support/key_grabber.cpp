@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Another X client that wants a key combination for itself, as a desktop's own
 // shortcut daemon would: it grabs KEYSYM (a number, such as 0x20 for space) with the
 // modifier mask MODIFIERS on the root window, prints "grabbed" or "refused", then

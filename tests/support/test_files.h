@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // Files a test writes before it starts something and reads back afterwards, as a

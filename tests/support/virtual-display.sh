@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Ledgewise developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Runs a program on a private Xvfb display until it exits, and saves a screenshot of
 # the whole display once it is up (the program may save more of its own).
 # Usage: virtual-display.sh SCREENSHOT_DIR PROGRAM [ARGS...]

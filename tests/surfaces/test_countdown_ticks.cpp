@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A running countdown on real surface windows (Xvfb): what happens on each of its ticks.
 // The program should wake once a second for it: one timer, every surface refreshed in
 // that one turn, and a window repainted only when what it shows changed.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Surfaces on two displays: a 1512 x 982 laptop panel and a 1488 x 1000 monitor to its
 // right, made as RandR monitors on one Xvfb screen.
 #include "app/qml_modules.h"

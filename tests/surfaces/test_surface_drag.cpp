@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A real drag from another application onto a surface, on Xvfb. It runs in a process
 // of its own: the drag protocol is sensitive to what earlier windows left behind.
 #include "app/qml_modules.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The surfaces' menu as a user works it on a real X display: it opens at the pointer
 // and turns to stay on screen, the arrow keys walk its commands round the ends past the
 // separator, Return runs the chosen one, Escape and a press outside close it running

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Nothing an open surface shows is cut off by its outline: for every style and every
 // module on either side, each visible control and text lies inside the window's shape as
 // the X server has it (bounding and input), and each button answers a press at its

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Real surface windows on Xvfb, driven by xdotool as a person would drive them.
 #include "app/preferences_store.h"
 #include "app/qml_modules.h"

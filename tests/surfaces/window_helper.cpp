@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Another application's window, for tests: a plain window at the geometry given that
 // prints "pressed X Y" (screen coordinates) for every mouse press it receives.
 //   window_helper X Y WIDTH HEIGHT [--grab] [--active]

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/fake_key_value_store.h"
 #include "tests/support/recording_url_opener.h"
 #include "tests/updates/feed_server.h"

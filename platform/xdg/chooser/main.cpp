@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // ledgewise-file-chooser: shows the desktop's file chooser for Ledgewise and prints the
 // chosen file's path (its bytes as the file system has them) on standard output.
 // Exit status 0: a file was chosen; 1: cancelled; 2: bad arguments.

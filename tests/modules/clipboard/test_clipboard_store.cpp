@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "modules/clipboard/clipboard_rules.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "tests/modules/clipboard/clipboard_test_support.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "modules/downloads/downloads_module.h"
 #include "platform/filesystem/folder_entries.h"
 #include "platform/filesystem/folder_watcher.h"

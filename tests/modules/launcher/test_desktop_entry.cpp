@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reading Desktop Entry files and turning their Exec line into the command the desktop
 // would start; then starting such commands for real.
 #include "modules/launcher/desktop_entry.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 Ledgewise developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "modules/timer/timer_session.h"
 #include "platform/dbus/freedesktop_notifications.h"
 #include "platform/x11/system_bell.h"
