@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/clipboard/x11_selection_reader.h"
 
+#include "platform/x11/xcb_reply.h"
+
 #include <QDeadlineTimer>
 #include <QMimeData>
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
 #include <poll.h>
 
 namespace ledgewise {
@@ -19,12 +19,9 @@ constexpr int ownerSilenceMs = 5000;
 constexpr int cancelCheckMs = 50;
 
 template <typename Reply>
-using ReplyPtr = std::unique_ptr<Reply, decltype(&std::free)>;
-
-template <typename Reply>
-ReplyPtr<Reply> own(Reply *reply)
+XcbReply<Reply> own(Reply *reply)
 {
-    return ReplyPtr<Reply>(reply, &std::free);
+    return XcbReply<Reply>(reply);
 }
 
 bool isTextTarget(const QByteArray &name)
@@ -198,13 +195,12 @@ bool X11SelectionReader::waitForEvent(int responseType, quint32 property, quint3
 {
     QDeadlineTimer silence(ownerSilenceMs);
     for (;;) {
-        while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
-            const auto event_ = own(event);
+        while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
             const int type = event->response_type & ~0x80;
             if (type != responseType)
                 continue;
             if (type == XCB_SELECTION_NOTIFY) {
-                const auto *notify = reinterpret_cast<const xcb_selection_notify_event_t *>(event);
+                const auto *notify = reinterpret_cast<const xcb_selection_notify_event_t *>(event.get());
                 if (notify->requestor != m_window)
                     continue;
                 if (reportedProperty)
@@ -212,7 +208,7 @@ bool X11SelectionReader::waitForEvent(int responseType, quint32 property, quint3
                 return true;
             }
             if (type == XCB_PROPERTY_NOTIFY) {
-                const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+                const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event.get());
                 if (change->window == m_window && change->atom == property && change->state == XCB_PROPERTY_NEW_VALUE)
                     return true;
             }

@@ -2,25 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/active_window.h"
 
+#include "platform/x11/xcb_reply.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
-
 namespace ledgewise {
-
-namespace {
-
-struct FreeDeleter {
-    void operator()(void *pointer) const { std::free(pointer); }
-};
-template <typename T>
-using Reply = std::unique_ptr<T, FreeDeleter>;
-
-} // namespace
 
 std::optional<QPoint> activeWindowCentre()
 {
@@ -29,12 +18,12 @@ std::optional<QPoint> activeWindowCentre()
     if (!connection)
         return std::nullopt;
     const char name[] = "_NET_ACTIVE_WINDOW";
-    Reply<xcb_intern_atom_reply_t> atom(
+    XcbReply<xcb_intern_atom_reply_t> atom(
         xcb_intern_atom_reply(connection, xcb_intern_atom(connection, true, sizeof name - 1, name), nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE)
         return std::nullopt;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
+    XcbReply<xcb_get_property_reply_t> property(xcb_get_property_reply(
         connection, xcb_get_property(connection, false, root, atom->atom, XCB_ATOM_WINDOW, 0, 1), nullptr));
     if (!property || property->format != 32 || xcb_get_property_value_length(property.get()) < 4)
         return std::nullopt;
@@ -42,11 +31,11 @@ std::optional<QPoint> activeWindowCentre()
     if (active == XCB_NONE)
         return std::nullopt;
     // A window that went away leaves its id behind: its geometry cannot be read.
-    Reply<xcb_get_geometry_reply_t> geometry(
+    XcbReply<xcb_get_geometry_reply_t> geometry(
         xcb_get_geometry_reply(connection, xcb_get_geometry(connection, active), nullptr));
     if (!geometry)
         return std::nullopt;
-    Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+    XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         connection, xcb_translate_coordinates(connection, active, root, 0, 0), nullptr));
     if (!origin)
         return std::nullopt;

@@ -2,23 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/compositing.h"
 
+#include "platform/x11/xcb_reply.h"
+
 #include <QByteArray>
 #include <QGuiApplication>
 
 #include <xcb/xcb.h>
 
 #include <cstdlib>
-#include <memory>
 
 namespace ledgewise {
-
-namespace {
-
-struct FreeDeleter {
-    void operator()(void *pointer) const { std::free(pointer); }
-};
-
-} // namespace
 
 bool compositingManagerRunning()
 {
@@ -33,11 +26,11 @@ bool compositingManagerRunning()
     if (xcb_parse_display(nullptr, &host, &display, &screen))
         std::free(host);
     const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(screen);
-    std::unique_ptr<xcb_intern_atom_reply_t, FreeDeleter> atom(xcb_intern_atom_reply(
+    XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         connection, xcb_intern_atom(connection, true, uint16_t(name.size()), name.constData()), nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE)
         return false;
-    std::unique_ptr<xcb_get_selection_owner_reply_t, FreeDeleter> owner(
+    XcbReply<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
     return owner && owner->owner != XCB_NONE;
 }

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/global_click_monitor.h"
 
+#include "platform/x11/xcb_reply.h"
+
 #include <QSocketNotifier>
 
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
-
-#include <cstdlib>
 
 namespace ledgewise {
 
@@ -25,11 +25,9 @@ GlobalClickMonitor::GlobalClickMonitor(QObject *parent)
     // The version a client announces decides what it is sent: from 2.1 on, raw events
     // reach the root window even while another client holds a grab (an open menu, a
     // drag), which is exactly when a click elsewhere must still be seen.
-    auto *version = xcb_input_xi_query_version_reply(m_connection, xcb_input_xi_query_version(m_connection, 2, 2),
-                                                     nullptr);
-    const bool hasXi2 = version && version->major_version >= 2;
-    std::free(version);
-    if (!hasXi2)
+    const XcbReply<xcb_input_xi_query_version_reply_t> version(
+        xcb_input_xi_query_version_reply(m_connection, xcb_input_xi_query_version(m_connection, 2, 2), nullptr));
+    if (!version || version->major_version < 2)
         return;
 
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
@@ -53,14 +51,13 @@ GlobalClickMonitor::~GlobalClickMonitor()
 
 void GlobalClickMonitor::readEvents()
 {
-    while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
-        const bool rawPress = (event->response_type & 0x7f) == XCB_GE_GENERIC
-            && reinterpret_cast<xcb_ge_generic_event_t *>(event)->extension == m_xinputOpcode
-            && reinterpret_cast<xcb_ge_generic_event_t *>(event)->event_type == XCB_INPUT_RAW_BUTTON_PRESS;
-        const auto *press = reinterpret_cast<xcb_input_raw_button_press_event_t *>(event);
+    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+        const auto *generic = reinterpret_cast<const xcb_ge_generic_event_t *>(event.get());
+        const bool rawPress = (event->response_type & 0x7f) == XCB_GE_GENERIC && generic->extension == m_xinputOpcode
+            && generic->event_type == XCB_INPUT_RAW_BUTTON_PRESS;
+        const auto *press = reinterpret_cast<const xcb_input_raw_button_press_event_t *>(event.get());
         const int button = rawPress ? int(press->detail) : 0;
         const quint32 time = rawPress ? quint32(press->time) : 0;
-        std::free(event);
         if (rawPress)
             emit buttonPressed(button, time);
     }

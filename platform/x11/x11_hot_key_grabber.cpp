@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/x11/x11_hot_key_grabber.h"
 
+#include "platform/x11/xcb_reply.h"
+
 #include <QSocketNotifier>
 
 #define explicit explicit_ // xkb.h names a member `explicit`
@@ -11,8 +13,6 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
-
-#include <cstdlib>
 
 namespace ledgewise {
 
@@ -30,12 +30,6 @@ struct Deleter {
 using Context = std::unique_ptr<xkb_context, Deleter<xkb_context, xkb_context_unref>>;
 using KeymapHandle = std::unique_ptr<xkb_keymap, Deleter<xkb_keymap, xkb_keymap_unref>>;
 using State = std::unique_ptr<xkb_state, Deleter<xkb_state, xkb_state_unref>>;
-
-struct FreeWithC {
-    void operator()(void *pointer) const { std::free(pointer); }
-};
-template <typename T>
-using Reply = std::unique_ptr<T, FreeWithC>;
 
 // The X server's own wording of the errors a grab can meet.
 QString describeError(int code)
@@ -114,7 +108,7 @@ struct X11HotKeyGrabber::Keyboard {
 
     void readModifiers(xcb_connection_t *connection)
     {
-        Reply<xcb_get_modifier_mapping_reply_t> mapping(
+        XcbReply<xcb_get_modifier_mapping_reply_t> mapping(
             xcb_get_modifier_mapping_reply(connection, xcb_get_modifier_mapping(connection), nullptr));
         if (!mapping)
             return;
@@ -197,9 +191,9 @@ X11HotKeyGrabber::X11HotKeyGrabber(QObject *parent)
     // Without this a held key sends a release before each repeated press, and a
     // shortcut acting on release would fire over and over.
     const uint32_t detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-    std::free(xcb_xkb_per_client_flags_reply(
+    XcbReply<xcb_xkb_per_client_flags_reply_t>{xcb_xkb_per_client_flags_reply(
         m_connection,
-        xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr));
+        xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr)};
 
     // Told of a new keyboard, a new map and a switch of group, to take the keys again.
     const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY
@@ -292,10 +286,9 @@ std::optional<QString> X11HotKeyGrabber::take(Grab &grab)
     }
     std::optional<QString> refused;
     for (const xcb_void_cookie_t cookie : std::as_const(cookies)) {
-        if (xcb_generic_error_t *error = xcb_request_check(m_connection, cookie)) {
+        if (const XcbReply<xcb_generic_error_t> error{xcb_request_check(m_connection, cookie)}) {
             if (!refused)
                 refused = describeError(error->error_code);
-            std::free(error);
         }
     }
     if (refused) {
@@ -330,10 +323,8 @@ QList<quint16> X11HotKeyGrabber::lockVariants() const
 
 void X11HotKeyGrabber::readEvents()
 {
-    while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
-        handle(event);
-        std::free(event);
-    }
+    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)})
+        handle(event.get());
 }
 
 void X11HotKeyGrabber::handle(const void *data)
