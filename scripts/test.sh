@@ -30,6 +30,9 @@ run_ctest() {
   return "$rc"
 }
 
+echo "== licence lines"
+python3 scripts/spdx.py
+
 echo "== build (default)"
 cmake --preset default >/dev/null
 cmake --build --preset default
