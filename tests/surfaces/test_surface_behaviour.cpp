@@ -2,13 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "surfaces/surface_behaviour.h"
 
-#include <QTest>
+#include "dragdrop/drop_payload.h"
 
-namespace ledgewise {
-struct DropPayload {
-    QString text;
-};
-} // namespace ledgewise
+#include <QTest>
 
 using namespace ledgewise;
 
@@ -63,7 +59,9 @@ struct Surface {
 
 std::shared_ptr<const DropPayload> payload()
 {
-    return std::make_shared<DropPayload>(DropPayload{QStringLiteral("dropped")});
+    auto dropped = std::make_shared<DropPayload>();
+    dropped->text = DroppedText(QStringLiteral("dropped"));
+    return dropped;
 }
 
 } // namespace
