@@ -83,7 +83,9 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setOrganizationName(QStringLiteral("Ledgewise"));
     QGuiApplication::setApplicationVersion(QStringLiteral(LEDGEWISE_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("ledgewise"));
+    // The installed Desktop Entry's name, and the bus name: one id for the desktop to
+    // match windows, notifications and the menu entry by.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.ledgewise.Ledgewise"));
     // Closing the settings or onboarding window never ends Ledgewise; only the quit
     // command or a signal does.
     QGuiApplication::setQuitOnLastWindowClosed(false);

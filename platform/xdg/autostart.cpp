@@ -26,7 +26,8 @@ QString XdgAutostart::defaultFolder()
 
 QString XdgAutostart::path() const
 {
-    return QDir(m_folder).filePath(QStringLiteral("ledgewise.desktop"));
+    // Named by the application id, as the installed Desktop Entry is.
+    return QDir(m_folder).filePath(QStringLiteral("org.ledgewise.Ledgewise.desktop"));
 }
 
 bool XdgAutostart::isEnabled() const

@@ -17,7 +17,7 @@ public:
     virtual bool disable() = 0;
 };
 
-// XDG Autostart: a Desktop Entry "ledgewise.desktop" in the user's autostart folder
+// XDG Autostart: a Desktop Entry "org.ledgewise.Ledgewise.desktop" in the user's autostart folder
 // ($XDG_CONFIG_HOME/autostart) that starts the program this process runs.
 class XdgAutostart final : public LoginItem
 {

@@ -82,7 +82,7 @@ private slots:
         XdgAutostart autostart(folder.filePath(QStringLiteral("autostart")), QStringLiteral("/usr/bin/ledgewise"));
         QVERIFY(!autostart.isEnabled());
         QVERIFY(autostart.enable());
-        QCOMPARE(autostart.path(), folder.filePath(QStringLiteral("autostart/ledgewise.desktop")));
+        QCOMPARE(autostart.path(), folder.filePath(QStringLiteral("autostart/org.ledgewise.Ledgewise.desktop")));
         const QByteArray text = readAll(autostart.path());
         QVERIFY2(text.startsWith("[Desktop Entry]\n"), text.constData());
         QVERIFY(text.contains("\nType=Application\n"));
@@ -93,7 +93,7 @@ private slots:
         QVERIFY(autostart.isEnabled());
         // Nothing left behind by the atomic write.
         QCOMPARE(QDir(folder.filePath(QStringLiteral("autostart"))).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("ledgewise.desktop")});
+                 QStringList{QStringLiteral("org.ledgewise.Ledgewise.desktop")});
 
         QVERIFY(autostart.disable());
         QVERIFY(!QFile::exists(autostart.path()));
@@ -203,7 +203,7 @@ private slots:
     void thePreferenceDrivesTheEntry()
     {
         QTemporaryDir folder;
-        const QString path = QDir(folder.path()).filePath(QStringLiteral("ledgewise.desktop"));
+        const QString path = QDir(folder.path()).filePath(QStringLiteral("org.ledgewise.Ledgewise.desktop"));
         FakeKeyValueStore settings;
         PreferencesStore prefs(settings);
         LaunchAtLogin::Follower follower(prefs, std::make_unique<XdgAutostart>(folder.path(), QStringLiteral("/usr/bin/ledgewise")));
