@@ -10,6 +10,7 @@
 //    handed it to the toggle (so the drawing alone).
 #include "app/app_model.h"
 #include "bench/support/bench_support.h"
+#include "platform/x11/xcb_reply.h"
 #include "shortcuts/application_shortcuts.h"
 #include "shortcuts/hot_key_center.h"
 #include "surfaces/notch_controller.h"
@@ -47,13 +48,11 @@ bool altSpaceHeldElsewhere()
     xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(connection);
     xcb_keycode_t *keycodes = xcb_key_symbols_get_keycode(symbols, 0x20);
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    xcb_generic_error_t *error = keycodes ? xcb_request_check(connection, xcb_grab_key_checked(connection, 0, root,
-                                                                                               XCB_MOD_MASK_1, keycodes[0],
-                                                                                               XCB_GRAB_MODE_ASYNC,
-                                                                                               XCB_GRAB_MODE_ASYNC))
-                                          : nullptr;
+    const XcbReply<xcb_generic_error_t> error{
+        keycodes ? xcb_request_check(connection, xcb_grab_key_checked(connection, 0, root, XCB_MOD_MASK_1, keycodes[0],
+                                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))
+                 : nullptr};
     const bool held = error && error->error_code == XCB_ACCESS;
-    std::free(error);
     std::free(keycodes);
     xcb_key_symbols_free(symbols);
     xcb_disconnect(connection);

@@ -11,6 +11,8 @@
 // first) and ends; with --lock-group N it switches to group N, as a layout switcher
 // does, and ends.
 
+#include "platform/x11/xcb_reply.h"
+
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -51,10 +53,9 @@ static int lockGroup(int group)
         || !xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
                                         XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
         return 1;
-    xcb_generic_error_t *error = xcb_request_check(
+    const ledgewise::XcbReply<xcb_generic_error_t> error{xcb_request_check(
         connection, xcb_xkb_latch_lock_state_checked(connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
-                                                     xcb_xkb_group_t(group), 0, 0, 0));
-    std::free(error);
+                                                     xcb_xkb_group_t(group), 0, 0, 0))};
     xcb_disconnect(connection);
     return error ? 1 : 0;
 }
@@ -65,12 +66,11 @@ static int grabKeyboard()
     if (xcb_connection_has_error(connection))
         return 1;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    xcb_grab_keyboard_reply_t *reply = xcb_grab_keyboard_reply(
+    const ledgewise::XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
         connection,
         xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-        nullptr);
+        nullptr));
     const bool grabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-    std::free(reply);
     std::puts(grabbed ? "grabbed" : "refused");
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_disconnect(connection);
@@ -101,25 +101,23 @@ int main(int argc, char *argv[])
         return 1;
     }
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    xcb_generic_error_t *error = xcb_request_check(
+    const ledgewise::XcbReply<xcb_generic_error_t> error{xcb_request_check(
         connection, xcb_grab_key_checked(connection, 0, root, modifiers, keycodes[0], XCB_GRAB_MODE_ASYNC,
-                                         XCB_GRAB_MODE_ASYNC));
+                                         XCB_GRAB_MODE_ASYNC))};
     std::free(keycodes);
     xcb_key_symbols_free(symbols);
     if (error) {
         std::printf("refused %d\n", error->error_code);
         std::fflush(stdout);
-        std::free(error);
         return 1;
     }
     std::puts("grabbed");
     std::fflush(stdout);
-    while (xcb_generic_event_t *event = xcb_wait_for_event(connection)) {
+    while (const ledgewise::XcbReply<xcb_generic_event_t> event{xcb_wait_for_event(connection)}) {
         if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
             std::puts("pressed");
             std::fflush(stdout);
         }
-        std::free(event);
     }
     xcb_disconnect(connection);
     return 0;

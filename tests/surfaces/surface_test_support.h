@@ -9,6 +9,7 @@
 #include "dragdrop/drop_saves.h"
 #include "modules/module_registry.h"
 #include "modules/timer/timer_module.h"
+#include "platform/x11/xcb_reply.h"
 #include "surfaces/surface_context.h"
 #include "tests/support/fake_key_value_store.h"
 #include "tests/support/x11_tools.h"
@@ -26,8 +27,6 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-
 namespace ledgewise::testing {
 
 
@@ -42,25 +41,11 @@ inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &t
 class TestContext final : public SurfaceContext
 {
 public:
-    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer))
-    {
-        // As the application wires its session, for a test that starts a real countdown.
-        connect(&timer, &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
-        connect(&timer, &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
-    }
+    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer)) {}
 
     PreferencesStore &preferencesStore() override { return store; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
-    QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
-    std::optional<QString> newestDownloadName() override { return std::nullopt; }
-    // The text a test set, else the real session's while it runs.
-    std::optional<QString> runningCountdownText() override
-    {
-        if (countdown || !timer.isRunning())
-            return countdown;
-        return timer.remainingText();
-    }
-    QObject *timerSession() override { return nullptr; }
+    QList<LedgewiseModule *> allModules() override { return registry.all(); }
     void performDropAction(DropAction action, const DropPayload &payload) override
     {
         performed << rawValue(action);
@@ -77,7 +62,6 @@ public:
     PreferencesStore store;
     TimerSession timer;
     ModuleRegistry registry;
-    std::optional<QString> countdown;
     QStringList performed;
     DropSaves *saves = nullptr;
 };
@@ -127,11 +111,10 @@ public:
         xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, owner, screen->root, 0, 0, 1, 1, 0,
                           XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
         const char name[] = "_NET_WM_CM_S0";
-        xcb_intern_atom_reply_t *atom = xcb_intern_atom_reply(
-            m_connection, xcb_intern_atom(m_connection, false, sizeof name - 1, name), nullptr);
+        const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, false, sizeof name - 1, name), nullptr));
         if (atom)
             xcb_set_selection_owner(m_connection, owner, atom->atom, XCB_CURRENT_TIME);
-        std::free(atom);
         roundTrip();
     }
     ~CompositorStandIn() { xcb_disconnect(m_connection); }
@@ -139,7 +122,11 @@ public:
     CompositorStandIn &operator=(const CompositorStandIn &) = delete;
 
 private:
-    void roundTrip() { std::free(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr)); }
+    void roundTrip()
+    {
+        XcbReply<xcb_get_input_focus_reply_t>{
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr)};
+    }
 
     xcb_connection_t *m_connection;
 };

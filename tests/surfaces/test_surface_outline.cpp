@@ -10,6 +10,7 @@
 #include "dragdrop/drop_payload.h"
 #include "modules/clipboard/clipboard_store.h"
 #include "modules/timer/timer_session.h"
+#include "platform/x11/xcb_reply.h"
 #include "surfaces/notch_controller.h"
 #include "surfaces/notch_window_controller.h"
 #include "tests/support/quick_item_search.h"
@@ -50,18 +51,16 @@ QRegion xShape(xcb_window_t window, xcb_shape_kind_t kind)
     QRegion region;
     if (!xcb_connection_has_error(connection)) {
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        xcb_translate_coordinates_reply_t *origin = xcb_translate_coordinates_reply(
-            connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr);
-        xcb_shape_get_rectangles_reply_t *shape = xcb_shape_get_rectangles_reply(
-            connection, xcb_shape_get_rectangles(connection, window, kind), nullptr);
+        const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+            connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr));
+        const XcbReply<xcb_shape_get_rectangles_reply_t> shape(xcb_shape_get_rectangles_reply(
+            connection, xcb_shape_get_rectangles(connection, window, kind), nullptr));
         if (origin && shape) {
-            const xcb_rectangle_t *rects = xcb_shape_get_rectangles_rectangles(shape);
-            for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(shape); ++i)
+            const xcb_rectangle_t *rects = xcb_shape_get_rectangles_rectangles(shape.get());
+            for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(shape.get()); ++i)
                 region += QRect(rects[i].x, rects[i].y, rects[i].width, rects[i].height);
             region.translate(origin->dst_x, origin->dst_y);
         }
-        std::free(origin);
-        std::free(shape);
     }
     xcb_disconnect(connection);
     return region;
@@ -502,14 +501,12 @@ private:
         QRect rect;
         if (!xcb_connection_has_error(connection)) {
             const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-            xcb_get_geometry_reply_t *geometry =
-                xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
-            xcb_translate_coordinates_reply_t *origin = xcb_translate_coordinates_reply(
-                connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr);
+            const XcbReply<xcb_get_geometry_reply_t> geometry(
+                xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
+            const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+                connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr));
             if (geometry && origin)
                 rect = QRect(origin->dst_x, origin->dst_y, geometry->width, geometry->height);
-            std::free(geometry);
-            std::free(origin);
         }
         xcb_disconnect(connection);
         return rect;

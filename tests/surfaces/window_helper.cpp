@@ -8,6 +8,8 @@
 // --active marks the window as the active one on the root window, as a window
 //          manager does for the window with keyboard focus.
 // Prints "ready" once the window is shown (and grabbed).
+#include "platform/x11/xcb_reply.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,7 +19,6 @@
 #include <xcb/xcb.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -40,15 +41,14 @@ void markActive(const QWindow &window)
     if (!connection)
         return;
     const char name[] = "_NET_ACTIVE_WINDOW";
-    xcb_intern_atom_reply_t *atom =
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, false, sizeof name - 1, name), nullptr);
+    const ledgewise::XcbReply<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, false, sizeof name - 1, name), nullptr));
     if (!atom)
         return;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const xcb_window_t id = xcb_window_t(window.winId());
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root, atom->atom, XCB_ATOM_WINDOW, 32, 1, &id);
-    std::free(atom);
-    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    ledgewise::XcbReply<xcb_get_input_focus_reply_t>{xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr)};
 }
 
 } // namespace
