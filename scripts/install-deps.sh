@@ -25,6 +25,8 @@ packages=(
   xdg-utils
   # checking the launch-at-login entry Ledgewise writes (desktop-file-validate)
   desktop-file-utils
+  # checking the installed AppStream data (appstreamcli validate)
+  appstream
 )
 
 missing=()
