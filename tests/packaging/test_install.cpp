@@ -5,6 +5,7 @@
 // validated, and the installed program is started from there, directly and through a
 // session bus that knows only the installed bus service file.
 
+#include "modules/launcher/desktop_entry.h"
 #include "tests/support/ledgewise_process.h"
 
 #include <QDBusConnection>
@@ -12,9 +13,11 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace ledgewise;
 using namespace ledgewise::testing;
 
 namespace {
@@ -133,11 +136,28 @@ private slots:
                     .contains("\"Ledgewise " LEDGEWISE_VERSION "\""));
     }
 
-    void theInstalledProgramShowsItsSurfaces()
+    void theDesktopFindsTheEntryByItsIdAndItsProgramShowsItsSurfaces()
     {
+        // As a desktop does it: the entry found by its id in the data folders, its Exec
+        // line split by the launcher's own rules and its program found on the PATH.
+        const QString share = staged(QStringLiteral(LEDGEWISE_INSTALL_PREFIX "/share"));
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(share + QStringLiteral(":/usr/share")));
+        const QString entryPath = QStandardPaths::locate(QStandardPaths::ApplicationsLocation,
+                                                         QStringLiteral("org.ledgewise.Ledgewise.desktop"));
+        QCOMPARE(entryPath, share + QStringLiteral("/applications/org.ledgewise.Ledgewise.desktop"));
+        const std::optional<DesktopEntry::Entry> entry = DesktopEntry::parse(QString::fromUtf8(readAll(entryPath)), QString());
+        QVERIFY(entry);
+        QCOMPARE(entry->name, QStringLiteral("Ledgewise"));
+        const std::optional<ProgramCommand> command = DesktopEntry::command(*entry, entryPath);
+        QVERIFY(command);
+        QVERIFY(!command->inTerminal);
+        const QString installedBin = QFileInfo(staged(QStringLiteral(LEDGEWISE_INSTALLED_PROGRAM))).absolutePath();
+        const QString program = QStandardPaths::findExecutable(command->program, {installedBin});
+        QCOMPARE(program, staged(QStringLiteral(LEDGEWISE_INSTALLED_PROGRAM)));
+
         QProcess app;
         app.setProcessChannelMode(QProcess::ForwardedChannels);
-        app.start(staged(QStringLiteral(LEDGEWISE_INSTALLED_PROGRAM)), {});
+        app.start(program, command->arguments);
         QVERIFY(app.waitForStarted(10000));
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("left")).isEmpty(), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 20000);
