@@ -12,6 +12,7 @@
 #include <QDBusConnectionInterface>
 #include <QDirIterator>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -118,6 +119,15 @@ private slots:
         // The icon it names is the installed one.
         QVERIFY(readAll(staged(QStringLiteral(LEDGEWISE_INSTALL_PREFIX "/share/icons/hicolor/scalable/apps/org.ledgewise.Ledgewise.svg")))
                     .contains("<svg"));
+        // And its bitmaps, drawn from it at the sizes their folders name.
+        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+            const QImage png(staged(QStringLiteral(LEDGEWISE_INSTALL_PREFIX "/share/icons/hicolor/%1x%1/apps/org.ledgewise.Ledgewise.png")
+                                        .arg(size)));
+            QCOMPARE(png.size(), QSize(size, size));
+            // The tile's middle is drawn, its corners are not.
+            QCOMPARE(qAlpha(png.pixel(size / 2, size / 2)), 255);
+            QCOMPARE(qAlpha(png.pixel(0, size - 1)), 0);
+        }
     }
 
     void theMetainfoValidatesAndCarriesTheVersion()
