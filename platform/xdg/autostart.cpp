@@ -12,6 +12,16 @@
 
 namespace ledgewise {
 
+namespace {
+
+bool removeIfPresent(const QString &path)
+{
+    QFile file(path);
+    return !file.exists() || file.remove();
+}
+
+} // namespace
+
 XdgAutostart::XdgAutostart(QString folder, QString program)
     : m_folder(std::move(folder))
     , m_program(program.isEmpty() ? QCoreApplication::applicationFilePath() : std::move(program))
@@ -30,9 +40,14 @@ QString XdgAutostart::path() const
     return QDir(m_folder).filePath(QStringLiteral("org.ledgewise.Ledgewise.desktop"));
 }
 
+QString XdgAutostart::legacyPath() const
+{
+    return QDir(m_folder).filePath(QStringLiteral("ledgewise.desktop"));
+}
+
 bool XdgAutostart::isEnabled() const
 {
-    QFile file(path());
+    QFile file(QFile::exists(path()) ? path() : legacyPath());
     if (!file.open(QIODevice::ReadOnly))
         return false;
     // An entry is a few lines; a huge file here is not ours to read whole.
@@ -49,13 +64,14 @@ bool XdgAutostart::enable()
     const QByteArray text = AutostartEntry::text(m_program);
     if (file.write(text) != text.size())
         return false;
-    return file.commit();
+    // Two entries would start Ledgewise twice at login, and the second start opens
+    // the settings.
+    return file.commit() && removeIfPresent(legacyPath());
 }
 
 bool XdgAutostart::disable()
 {
-    QFile file(path());
-    return !file.exists() || file.remove();
+    return removeIfPresent(path()) && removeIfPresent(legacyPath());
 }
 
 } // namespace ledgewise

@@ -27,6 +27,9 @@ public:
 
     static QString defaultFolder();
     QString path() const;
+    // Where versions before the application id wrote it ("ledgewise.desktop"): read
+    // while no entry of the new name exists, and replaced or removed by any change.
+    QString legacyPath() const;
 
     // Present and not Hidden=true.
     bool isEnabled() const override;

@@ -100,6 +100,30 @@ private slots:
         QVERIFY(!autostart.isEnabled());
     }
 
+    void anEntryOfTheOldNameCountsUntilAChangeReplacesIt()
+    {
+        QTemporaryDir folder;
+        XdgAutostart autostart(folder.path(), QStringLiteral("/usr/bin/ledgewise"));
+        QCOMPARE(autostart.legacyPath(), folder.filePath(QStringLiteral("ledgewise.desktop")));
+        // Written by a version before the application id: still on after the upgrade.
+        QVERIFY(writeFile(autostart.legacyPath(), AutostartEntry::text(QStringLiteral("/opt/old/ledgewise"))));
+        QVERIFY(autostart.isEnabled());
+        QVERIFY(writeFile(autostart.legacyPath(), "[Desktop Entry]\nType=Application\nExec=ledgewise\nHidden=true\n"));
+        QVERIFY(!autostart.isEnabled());
+
+        // Turning it on leaves one entry, of the new name.
+        QVERIFY(LaunchAtLogin::setEnabled(autostart, true));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("org.ledgewise.Ledgewise.desktop")});
+        QVERIFY(autostart.isEnabled());
+
+        // Turning it off removes both.
+        QVERIFY(writeFile(autostart.legacyPath(), AutostartEntry::text(QStringLiteral("/opt/old/ledgewise"))));
+        QVERIFY(LaunchAtLogin::setEnabled(autostart, false));
+        QVERIFY(QDir(folder.path()).isEmpty());
+        QVERIFY(!autostart.isEnabled());
+    }
+
     void defaultFolderIsTheUsersAutostartFolder()
     {
         QCOMPARE(XdgAutostart::defaultFolder(),
