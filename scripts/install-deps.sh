@@ -27,6 +27,8 @@ packages=(
   desktop-file-utils
   # checking the installed AppStream data (appstreamcli validate)
   appstream
+  # the Debian package: its dependencies (dpkg-shlibdeps) and its check (lintian)
+  dpkg-dev lintian
 )
 
 missing=()
