@@ -95,8 +95,6 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_mail(std::make_unique<XdgMailComposer>())
     , m_devices(std::make_unique<KdeConnectDevices>())
 {
-    connect(m_timer.get(), &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
-    connect(m_timer.get(), &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
     m_launchAtLogin = std::make_unique<LaunchAtLogin::Follower>(*m_prefs, std::make_unique<XdgAutostart>());
     // Last, with its automatic checks started at once (the first one a minute later).
     m_updates = std::make_unique<UpdateController>(*m_settings, *m_desktop.opener, UpdateController::standardOptions());
@@ -177,28 +175,9 @@ QList<LedgewiseModule *> AppModel::modulesOf(NotchSide side)
     return m_modules->modules(side, m_prefs->current());
 }
 
-QString AppModel::clipboardSnippet()
+QList<LedgewiseModule *> AppModel::allModules()
 {
-    return m_clipboard->glanceSnippet();
-}
-
-std::optional<QString> AppModel::newestDownloadName()
-{
-    if (m_downloads->items().isEmpty())
-        return std::nullopt;
-    return m_downloads->items().constFirst().name;
-}
-
-std::optional<QString> AppModel::runningCountdownText()
-{
-    if (!m_timer->isRunning())
-        return std::nullopt;
-    return m_timer->remainingText();
-}
-
-QObject *AppModel::timerSession()
-{
-    return m_timer.get();
+    return m_modules->all();
 }
 
 bool AppModel::reduceMotion()

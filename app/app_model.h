@@ -82,10 +82,7 @@ public:
     // SurfaceContext
     PreferencesStore &preferencesStore() override { return *m_prefs; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override;
-    QString clipboardSnippet() override;
-    std::optional<QString> newestDownloadName() override;
-    std::optional<QString> runningCountdownText() override;
-    QObject *timerSession() override;
+    QList<LedgewiseModule *> allModules() override;
     bool reduceMotion() override;
     bool ownDialogOpen() override;
     void performDropAction(DropAction action, const DropPayload &payload) override;

@@ -12,9 +12,14 @@
 namespace ledgewise {
 
 // What every module offers the surfaces: its identity, the title and symbol of that
-// identity, and the view an expanded surface hosts for it. The view is a QML component
-// (a URL) plus the initial properties it is created with, so a surface can host any
-// module with one Loader and no knowledge of the module's type.
+// identity, its glance, and the view an expanded surface hosts for it. The view is a QML
+// component (a URL) plus the initial properties it is created with, so a surface can
+// host any module with one Loader and no knowledge of the module's type.
+//
+// The glance is what a collapsed surface shows for the module: a symbol, a text, and
+// whether the module is active (something under way that every surface shows, whichever
+// side hosts the module). Each module keeps it current from its own store and says so
+// with `glanceChanged`; until it does, a module glances its symbol and title.
 class LedgewiseModule : public QObject
 {
     Q_OBJECT
@@ -25,6 +30,9 @@ class LedgewiseModule : public QObject
     Q_PROPERTY(QString systemImage READ systemImage CONSTANT)
     Q_PROPERTY(QUrl expandedView READ expandedView CONSTANT)
     Q_PROPERTY(QVariantMap expandedViewProperties READ expandedViewProperties CONSTANT)
+    Q_PROPERTY(QString glanceSymbol READ glanceSymbol NOTIFY glanceChanged)
+    Q_PROPERTY(QString glanceText READ glanceText NOTIFY glanceChanged)
+    Q_PROPERTY(bool glanceActive READ glanceActive NOTIFY glanceChanged)
 
 public:
     ModuleID id() const { return m_id; }
@@ -35,11 +43,31 @@ public:
     virtual QUrl expandedView() const = 0;
     virtual QVariantMap expandedViewProperties() const { return {}; }
 
+    QString glanceSymbol() const { return m_glanceSymbol; }
+    QString glanceText() const { return m_glanceText; }
+    bool glanceActive() const { return m_glanceActive; }
+
+signals:
+    // The glance's symbol, text or activity changed; never sent for the same glance.
+    void glanceChanged();
+
 protected:
     explicit LedgewiseModule(ModuleID id, QObject *parent = nullptr)
         : QObject(parent)
         , m_id(id)
+        , m_glanceSymbol(ledgewise::systemImage(id))
+        , m_glanceText(ledgewise::title(id))
     {
+    }
+
+    void setGlance(const QString &symbol, const QString &text, bool active = false)
+    {
+        if (symbol == m_glanceSymbol && text == m_glanceText && active == m_glanceActive)
+            return;
+        m_glanceSymbol = symbol;
+        m_glanceText = text;
+        m_glanceActive = active;
+        emit glanceChanged();
     }
 
     // A component of this project's QML modules, by its module path and file name.
@@ -50,6 +78,9 @@ protected:
 
 private:
     const ModuleID m_id;
+    QString m_glanceSymbol;
+    QString m_glanceText;
+    bool m_glanceActive = false;
 };
 
 } // namespace ledgewise

@@ -3,6 +3,7 @@
 #include "surfaces/notch_controller.h"
 
 #include "app/preferences_store.h"
+#include "modules/ledgewise_module.h"
 #include "platform/dbus/sleep_monitor.h"
 #include "platform/display/screen_snapshot.h"
 #include "platform/x11/active_window.h"
@@ -48,13 +49,11 @@ void NotchController::listen()
         watchScreen(screen);
     connect(&m_context->preferencesStore(), &PreferencesStore::preferencesDidChange, this,
             &NotchController::preferencesChanged);
-    connect(m_context, &SurfaceContext::timerDidChange, this, &NotchController::syncTimerPulse);
-    // The glance follows the countdown's own tick: one wake-up refreshes every surface,
-    // and all of them repaint in that same turn of the event loop.
-    connect(m_context, &SurfaceContext::countdownTicked, this, [this] {
-        if (m_context && m_context->runningCountdownText())
-            refreshAll();
-    });
+    // The glance follows its module live: a copy, a finished download, each tick of a
+    // countdown. A countdown's tick is one wake-up that refreshes every surface, and all
+    // of them repaint in that same turn of the event loop.
+    for (LedgewiseModule *module : m_context->allModules())
+        connect(module, &LedgewiseModule::glanceChanged, this, &NotchController::refreshAll);
     m_sleepMonitor = std::make_unique<SleepMonitor>();
     connect(m_sleepMonitor.get(), &SleepMonitor::woke, this, &NotchController::workspaceWoke);
 }
@@ -188,8 +187,8 @@ void NotchController::refreshAll()
 
 void NotchController::syncTimerPulse()
 {
-    // The countdown's tick keeps it current from here; only the start, and the end
-    // (active surfaces go back to sleep), need a refresh of their own.
+    // The modules' glance changes keep the surfaces current from here, a countdown's
+    // start, ticks and end among them.
     refreshAll();
 }
 

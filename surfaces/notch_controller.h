@@ -23,8 +23,9 @@ class SleepMonitor;
 // Decides which surfaces exist: one per side of the placement on each chosen display.
 // Rebuilds them when the displays, the placement or the external-monitor switch change
 // or the machine wakes; reshapes them in place for any other preference; routes the
-// toggle shortcuts; refreshes their glance on each tick of a running countdown. It has
-// no timer of its own for that: the countdown's one tick is the program's only beat.
+// toggle shortcuts; refreshes their glance whenever a module's glance changes (each tick
+// of a running countdown among them). It has no timer of its own for that: the
+// countdown's one tick is the program's only beat.
 class NotchController : public QObject
 {
     Q_OBJECT

@@ -148,29 +148,34 @@ Preferences NotchWindowController::preferences() const
     return m_context ? m_context->preferencesStore().current() : Preferences::defaults();
 }
 
-QList<GlanceModule> NotchWindowController::modules(NotchSide side) const
+namespace {
+
+ModuleGlance glanceOf(const LedgewiseModule &module)
 {
-    QList<GlanceModule> result;
+    return {module.glanceSymbol(), module.glanceText(), module.glanceActive()};
+}
+
+} // namespace
+
+QList<ModuleGlance> NotchWindowController::modules(NotchSide side) const
+{
+    QList<ModuleGlance> result;
     if (!m_context)
         return result;
     for (const LedgewiseModule *module : m_context->modulesOf(side))
-        result.append({module->id(), module->title(), module->systemImage()});
+        result.append(glanceOf(*module));
     return result;
 }
 
-QString NotchWindowController::clipboardSnippet() const
+std::optional<ModuleGlance> NotchWindowController::activeGlance() const
 {
-    return m_context ? m_context->clipboardSnippet() : QStringLiteral("Clipboard");
-}
-
-std::optional<QString> NotchWindowController::newestDownloadName() const
-{
-    return m_context ? m_context->newestDownloadName() : std::nullopt;
-}
-
-std::optional<QString> NotchWindowController::runningCountdownText() const
-{
-    return m_context ? m_context->runningCountdownText() : std::nullopt;
+    if (!m_context)
+        return std::nullopt;
+    for (const LedgewiseModule *module : m_context->allModules()) {
+        if (module->glanceActive())
+            return glanceOf(*module);
+    }
+    return std::nullopt;
 }
 
 QRect NotchWindowController::targetFrame(NotchPresentation presentation) const

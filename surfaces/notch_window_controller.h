@@ -119,10 +119,8 @@ private:
     // SurfaceEnvironment
     bool hasApplication() const override { return !m_context.isNull(); }
     Preferences preferences() const override;
-    QList<GlanceModule> modules(NotchSide side) const override;
-    QString clipboardSnippet() const override;
-    std::optional<QString> newestDownloadName() const override;
-    std::optional<QString> runningCountdownText() const override;
+    QList<ModuleGlance> modules(NotchSide side) const override;
+    std::optional<ModuleGlance> activeGlance() const override;
     // SurfaceEffects
     void presentationDidChange(NotchPresentation presentation, bool animated) override;
     void scheduleHide(double seconds) override;

@@ -25,41 +25,26 @@ void SurfaceBehaviour::setPresentation(NotchPresentation presentation, bool anim
 
 void SurfaceBehaviour::refreshGlance()
 {
-    const auto countdown = m_environment.runningCountdownText();
-    if (!countdown) {
+    const auto active = m_environment.activeGlance();
+    if (!active) {
         m_surface.setActiveText(std::nullopt);
-        const QList<GlanceModule> modules = m_environment.modules(m_surface.side());
+        const QList<ModuleGlance> modules = m_environment.modules(m_surface.side());
         // A side without modules keeps whatever it showed before.
         if (!modules.isEmpty()) {
-            const GlanceModule &first = modules.constFirst();
-            m_surface.setGlanceSymbol(first.systemImage);
-            switch (first.id) {
-            case ModuleID::clipboard:
-                m_surface.setGlanceText(m_environment.clipboardSnippet());
-                break;
-            case ModuleID::downloads:
-                m_surface.setGlanceText(m_environment.newestDownloadName().value_or(QStringLiteral("Downloads")));
-                break;
-            case ModuleID::timer:
-                m_surface.setGlanceText(QStringLiteral("Timer"));
-                break;
-            case ModuleID::launcher:
-                m_surface.setGlanceText(QStringLiteral("Launcher"));
-                break;
-            default:
-                m_surface.setGlanceText(first.title);
-                break;
-            }
+            const ModuleGlance &first = modules.constFirst();
+            m_surface.setGlanceSymbol(first.symbol);
+            m_surface.setGlanceText(first.text);
         }
         if (m_surface.presentation() == NotchPresentation::active)
             setPresentation(NotchPresentation::sleeping, true);
         return;
     }
 
-    // A running countdown shows on every surface, whichever side hosts the timer.
-    m_surface.setActiveText(countdown);
-    m_surface.setGlanceSymbol(QStringLiteral("timer"));
-    m_surface.setGlanceText(*countdown);
+    // An active module (a running countdown) shows on every surface, whichever side
+    // hosts it.
+    m_surface.setActiveText(active->text);
+    m_surface.setGlanceSymbol(active->symbol);
+    m_surface.setGlanceText(active->text);
     if (m_surface.presentation() == NotchPresentation::sleeping)
         setPresentation(NotchPresentation::active, true);
 }
@@ -73,7 +58,7 @@ void SurfaceBehaviour::collapse()
             setPresentation(NotchPresentation::sleeping, true);
             return;
         }
-        if (m_environment.runningCountdownText()) {
+        if (m_environment.activeGlance()) {
             m_surface.setPresentation(NotchPresentation::active);
             m_surface.setGlanceText(*activeText);
             setPresentation(NotchPresentation::active, true);

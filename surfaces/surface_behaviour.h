@@ -13,11 +13,12 @@
 
 namespace ledgewise {
 
-// A module as the glance sees it.
-struct GlanceModule {
-    ModuleID id;
-    QString title;
-    QString systemImage;
+// A module's glance as the surface reads it.
+struct ModuleGlance {
+    QString symbol;
+    QString text;
+    // Something under way that every surface shows, such as a running countdown.
+    bool active = false;
 };
 
 // What the rules of one surface read from the rest of the program. When the
@@ -28,11 +29,11 @@ public:
     virtual ~SurfaceEnvironment() = default;
     virtual bool hasApplication() const = 0;
     virtual Preferences preferences() const = 0;
-    virtual QList<GlanceModule> modules(NotchSide side) const = 0;
-    virtual QString clipboardSnippet() const = 0;
-    virtual std::optional<QString> newestDownloadName() const = 0;
-    // The remaining time as the clock shows it, while a countdown runs.
-    virtual std::optional<QString> runningCountdownText() const = 0;
+    // The glances of the modules a side hosts, in the user's order.
+    virtual QList<ModuleGlance> modules(NotchSide side) const = 0;
+    // The glance of a catalogued module that is active, on whichever side it is (or on
+    // none); nothing while no module is.
+    virtual std::optional<ModuleGlance> activeGlance() const = 0;
 };
 
 // What the rules make the window do.

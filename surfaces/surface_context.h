@@ -10,8 +10,6 @@
 #include <QObject>
 #include <QString>
 
-#include <optional>
-
 namespace ledgewise {
 
 class DropSaves;
@@ -19,8 +17,8 @@ class LedgewiseModule;
 class PreferencesStore;
 struct DropPayload;
 
-// What the surfaces need from the application: its preferences and modules, the glance
-// sources, the drop actions and the commands of the context menu. Surfaces hold it
+// What the surfaces need from the application: its preferences and modules (each with
+// its glance), the drop actions and the commands of the context menu. Surfaces hold it
 // through a QPointer: when it is gone they fall back to the default preferences.
 class SurfaceContext : public QObject
 {
@@ -31,11 +29,8 @@ public:
 
     virtual PreferencesStore &preferencesStore() = 0;
     virtual QList<LedgewiseModule *> modulesOf(NotchSide side) = 0;
-    virtual QString clipboardSnippet() = 0;
-    virtual std::optional<QString> newestDownloadName() = 0;
-    // The clock text of the running countdown; nothing while idle.
-    virtual std::optional<QString> runningCountdownText() = 0;
-    virtual QObject *timerSession() = 0;
+    // Every catalogued module, on a side or not: an active one shows on every surface.
+    virtual QList<LedgewiseModule *> allModules() = 0;
     // The desktop asks for less motion.
     virtual bool reduceMotion() { return false; }
     // One of Ledgewise's own dialogs (a file chooser a panel asked for) waits for the
@@ -50,13 +45,6 @@ public:
     virtual void openSettings() = 0;
     virtual void checkForUpdates() = 0;
     virtual void quit() = 0;
-
-signals:
-    // A countdown started, was cancelled or finished.
-    void timerDidChange();
-    // The running countdown's clock moved on: once a second while it runs, and the one
-    // beat on which the surfaces refresh its text.
-    void countdownTicked();
 };
 
 } // namespace ledgewise

@@ -16,6 +16,10 @@ ClipboardModule::ClipboardModule(ClipboardStore &store, QObject *parent)
 {
     connect(&m_store, &ClipboardStore::itemsChanged, this, &ClipboardModule::rowsChanged);
     connect(&m_thumbnails, &ThumbnailCache::ready, this, &ClipboardModule::rowsChanged);
+    // The glance shows the newest entry as soon as it is captured.
+    const auto glanceAtNewest = [this] { setGlance(systemImage(), m_store.glanceSnippet()); };
+    connect(&m_store, &ClipboardStore::itemsChanged, this, glanceAtNewest);
+    glanceAtNewest();
 }
 
 QString ClipboardModule::thumbnail(const ClipboardItem &item) const

@@ -13,6 +13,8 @@ DownloadsModule::DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObje
     , m_opener(opener)
 {
     m_rows = rowsOf(m_store.items());
+    glanceAtNewest();
+    connect(&m_store, &DownloadsStore::itemsChanged, this, &DownloadsModule::glanceAtNewest);
     connect(&m_store, &DownloadsStore::itemsChanged, this, [this] {
         // A growing download changes its item many times a second, mostly its time,
         // which no row shows: the panel is rebuilt only when a row would change.
@@ -22,6 +24,13 @@ DownloadsModule::DownloadsModule(DownloadsStore &store, UrlOpener &opener, QObje
         m_rows = std::move(rows);
         emit rowsChanged();
     });
+}
+
+void DownloadsModule::glanceAtNewest()
+{
+    // The newest file's name; the module's own name while the folder is empty.
+    const QList<DownloadItem> &items = m_store.items();
+    setGlance(systemImage(), items.isEmpty() ? QStringLiteral("Downloads") : items.constFirst().name);
 }
 
 QString DownloadsModule::stateLabel(DownloadItem::Status status)

@@ -37,6 +37,7 @@ signals:
     void rowsChanged();
 
 private:
+    void glanceAtNewest();
     static QVariantList rowsOf(const QList<DownloadItem> &items);
 
     DownloadsStore &m_store;

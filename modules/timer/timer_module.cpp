@@ -10,6 +10,18 @@ TimerModule::TimerModule(TimerSession &session, QObject *parent)
     : LedgewiseModule(ModuleID::timer, parent)
     , m_session(session)
 {
+    // A running countdown is the one active glance: its clock, moved on at each tick.
+    connect(&m_session, &TimerSession::timerDidChange, this, &TimerModule::followSession);
+    connect(&m_session, &TimerSession::ticked, this, &TimerModule::followSession);
+    followSession();
+}
+
+void TimerModule::followSession()
+{
+    if (m_session.isRunning())
+        setGlance(QStringLiteral("timer"), m_session.remainingText(), true);
+    else
+        setGlance(systemImage(), QStringLiteral("Timer"));
 }
 
 void TimerModule::startMinutes(int minutes)

@@ -40,6 +40,8 @@ public:
     QVariantMap expandedViewProperties() const override;
 
 private:
+    void followSession();
+
     TimerSession &m_session;
 };
 

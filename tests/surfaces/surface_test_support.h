@@ -41,25 +41,11 @@ inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &t
 class TestContext final : public SurfaceContext
 {
 public:
-    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer))
-    {
-        // As the application wires its session, for a test that starts a real countdown.
-        connect(&timer, &TimerSession::timerDidChange, this, &SurfaceContext::timerDidChange);
-        connect(&timer, &TimerSession::ticked, this, &SurfaceContext::countdownTicked);
-    }
+    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer)) {}
 
     PreferencesStore &preferencesStore() override { return store; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
-    QString clipboardSnippet() override { return QStringLiteral("Clipboard"); }
-    std::optional<QString> newestDownloadName() override { return std::nullopt; }
-    // The text a test set, else the real session's while it runs.
-    std::optional<QString> runningCountdownText() override
-    {
-        if (countdown || !timer.isRunning())
-            return countdown;
-        return timer.remainingText();
-    }
-    QObject *timerSession() override { return nullptr; }
+    QList<LedgewiseModule *> allModules() override { return registry.all(); }
     void performDropAction(DropAction action, const DropPayload &payload) override
     {
         performed << rawValue(action);
@@ -76,7 +62,6 @@ public:
     PreferencesStore store;
     TimerSession timer;
     ModuleRegistry registry;
-    std::optional<QString> countdown;
     QStringList performed;
     DropSaves *saves = nullptr;
 };

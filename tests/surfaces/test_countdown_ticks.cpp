@@ -66,9 +66,9 @@ private slots:
         m_fixture->context->store.update([](Preferences &p) { p.animateInterface = false; });
         m_fixture->controller->rebuild(false);
         QTRY_VERIFY_WITH_TIMEOUT(!xGeometry(left).isEmpty() && !xGeometry(right).isEmpty(), 10000);
-        // Connected after the controller's own listener: it runs once the surfaces
-        // have taken the tick.
-        connect(m_fixture->context.get(), &SurfaceContext::countdownTicked, this, [this] {
+        // Connected after the timer module's own listener: it runs once the module's
+        // glance, and with it every surface, has taken the tick.
+        connect(&m_fixture->context->timer, &TimerSession::ticked, this, [this] {
             m_ticks.append({m_fixture->context->timer.remainingText(), glanceText(NotchSide::left),
                             glanceText(NotchSide::right)});
         });

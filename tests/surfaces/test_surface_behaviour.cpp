@@ -15,16 +15,29 @@ class FakeEnvironment final : public SurfaceEnvironment
 public:
     bool hasApplication() const override { return application; }
     Preferences preferences() const override { return application ? prefs : Preferences::defaults(); }
-    QList<GlanceModule> modules(NotchSide side) const override
+    QList<ModuleGlance> modules(NotchSide side) const override
     {
-        QList<GlanceModule> result;
+        QList<ModuleGlance> result;
         for (ModuleID id : side == NotchSide::left ? prefs.leftModuleIDs : prefs.rightModuleIDs)
-            result.append({id, title(id), systemImage(id)});
+            result.append(glance(id));
         return result;
     }
-    QString clipboardSnippet() const override { return snippet; }
-    std::optional<QString> newestDownloadName() const override { return newestDownload; }
-    std::optional<QString> runningCountdownText() const override { return countdown; }
+    // A running countdown: the timer module's glance, active.
+    std::optional<ModuleGlance> activeGlance() const override
+    {
+        if (!countdown)
+            return std::nullopt;
+        return ModuleGlance{QStringLiteral("timer"), *countdown, true};
+    }
+    // Each module's glance as the working modules give it.
+    ModuleGlance glance(ModuleID id) const
+    {
+        if (id == ModuleID::clipboard)
+            return {systemImage(id), snippet};
+        if (id == ModuleID::downloads)
+            return {systemImage(id), newestDownload.value_or(QStringLiteral("Downloads"))};
+        return {systemImage(id), title(id)};
+    }
 
     bool application = true;
     Preferences prefs;

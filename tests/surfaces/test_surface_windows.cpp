@@ -182,13 +182,11 @@ private slots:
     void countdownTurnsSleepingSurfacesActiveAndSleepingAgainWhenItStops()
     {
         m_fixture->controller->rebuild(false);
-        m_fixture->context->countdown = QStringLiteral("5:00");
-        emit m_fixture->context->timerDidChange();
+        m_fixture->context->timer.start(300);
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 124, 30));
-        QCOMPARE(surface(NotchSide::right)->surface()->glanceText(), QStringLiteral("5:00"));
+        QCOMPARE(surface(NotchSide::right)->surface()->glanceText(), m_fixture->context->timer.remainingText());
         screenshot(QStringLiteral("active"));
-        m_fixture->context->countdown.reset();
-        emit m_fixture->context->timerDidChange();
+        m_fixture->context->timer.cancel();
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
     }
 

@@ -45,6 +45,18 @@ private slots:
         QVERIFY(!f.panel.visible(QStringLiteral("clipboardList")));
     }
 
+    void glanceShowsTheNewestEntryAsSoonAsItIsCaptured()
+    {
+        Fixture f;
+        QCOMPARE(f.module.glanceSymbol(), QStringLiteral("clipboard"));
+        QCOMPARE(f.module.glanceText(), QStringLiteral("Clipboard"));
+        QSignalSpy changes(&f.module, &LedgewiseModule::glanceChanged);
+        f.copy(QStringLiteral("first line\nsecond line"));
+        QTRY_COMPARE(f.module.glanceText(), QStringLiteral("first line second line"));
+        QVERIFY(!f.module.glanceActive());
+        QCOMPARE(changes.count(), 1);
+    }
+
     void rowsShowTitleKindAndButtons()
     {
         Fixture f;

@@ -58,6 +58,18 @@ private slots:
         QVERIFY(!f.row(0));
     }
 
+    void glanceNamesTheNewestFileOrSaysDownloads()
+    {
+        Fixture f;
+        QCOMPARE(f.module.glanceSymbol(), QStringLiteral("arrow.down.circle"));
+        QCOMPARE(f.module.glanceText(), QStringLiteral("Downloads"));
+        QSignalSpy changes(&f.module, &LedgewiseModule::glanceChanged);
+        grow(f.folder.filePath(QStringLiteral("report.pdf")), 10);
+        QTRY_COMPARE(f.module.glanceText(), QStringLiteral("report.pdf"));
+        QVERIFY(!f.module.glanceActive());
+        QCOMPARE(changes.count(), 1);
+    }
+
     void stateChangesInPlace()
     {
         Fixture f;

@@ -122,6 +122,23 @@ private slots:
         QCOMPARE(TimerModule::stepped(180, 1), 180);
         QCOMPARE(TimerModule::stepped(1, -1), 1);
     }
+
+    void glanceIsTheClockAndActiveWhileACountdownRuns()
+    {
+        Panel panel;
+        QCOMPARE(panel.module.glanceSymbol(), QStringLiteral("timer"));
+        QCOMPARE(panel.module.glanceText(), QStringLiteral("Timer"));
+        QVERIFY(!panel.module.glanceActive());
+        QSignalSpy changes(&panel.module, &LedgewiseModule::glanceChanged);
+        panel.session.start(300);
+        QCOMPARE(panel.module.glanceText(), QStringLiteral("5:00"));
+        QVERIFY(panel.module.glanceActive());
+        QCOMPARE(changes.count(), 1);
+        panel.session.cancel();
+        QCOMPARE(panel.module.glanceText(), QStringLiteral("Timer"));
+        QVERIFY(!panel.module.glanceActive());
+        QCOMPARE(changes.count(), 2);
+    }
 };
 
 QTEST_MAIN(TestTimerPanel)
