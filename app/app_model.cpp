@@ -4,48 +4,48 @@
 
 #include "app/launch_at_login.h"
 #include "app/preferences_store.h"
-#include "app/reopen_rule.h"
 #include "app/qml_modules.h"
+#include "app/reopen_rule.h"
 #include "dragdrop/drop_actions.h"
 #include "dragdrop/drop_preparation.h"
 #include "dragdrop/drop_saves.h"
-#include "platform/xdg/standard_folders.h"
-#include "platform/xdg/url_opener.h"
-#include "surfaces/notch_controller.h"
-#include "surfaces/surface_menu.h"
-#include "modules/clipboard/clipboard_store.h"
-#include "modules/downloads/downloads_store.h"
-#include "modules/module_registry.h"
 #include "modules/clipboard/clipboard_module.h"
+#include "modules/clipboard/clipboard_store.h"
 #include "modules/downloads/downloads_module.h"
+#include "modules/downloads/downloads_store.h"
 #include "modules/launcher/launcher_module.h"
+#include "modules/module_registry.h"
 #include "modules/timer/timer_module.h"
-#include "platform/xdg/file_chooser.h"
-#include "platform/xdg/program_launcher.h"
 #include "modules/timer/timer_session.h"
 #include "platform/clipboard/qt_pasteboard.h"
 #include "platform/dbus/freedesktop_notifications.h"
 #include "platform/dbus/kdeconnect_devices.h"
 #include "platform/dbus/motion_preference.h"
-#include "platform/xdg/mail_composer.h"
 #include "platform/settings/qsettings_store.h"
 #include "platform/x11/system_bell.h"
 #include "platform/xdg/autostart.h"
+#include "platform/xdg/file_chooser.h"
+#include "platform/xdg/mail_composer.h"
+#include "platform/xdg/program_launcher.h"
+#include "platform/xdg/standard_folders.h"
+#include "platform/xdg/url_opener.h"
+#include "surfaces/notch_controller.h"
+#include "surfaces/surface_menu.h"
 #include "updates/update_controller.h"
 #include "updates/update_window.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QPointer>
-#include <QThreadPool>
-#include <QGuiApplication>
-#include <QQmlEngine>
 #include "platform/settings/settings_file_watcher.h"
 #include "platform/x11/x11_hot_key_grabber.h"
 #include "platform/x11/xkb_keyboard_layout.h"
 #include "shortcuts/application_shortcuts.h"
 #include "shortcuts/hot_key_center.h"
 #include "shortcuts/shortcut_store.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QThreadPool>
 
 #include <QKeyEvent>
 #include <QPointer>
@@ -57,8 +57,7 @@ namespace {
 // One instance per module identity: the working modules over their stores, then the
 // placeholders.
 std::vector<std::unique_ptr<LedgewiseModule>> catalog(PreferencesStore &prefs, ClipboardStore &clipboard,
-                                                     DownloadsStore &downloads, TimerSession &timer,
-                                                     AppModel::Desktop &desktop)
+    DownloadsStore &downloads, TimerSession &timer, AppModel::Desktop &desktop)
 {
     std::vector<std::unique_ptr<LedgewiseModule>> modules;
     modules.push_back(std::make_unique<ClipboardModule>(clipboard));
@@ -74,8 +73,7 @@ std::vector<std::unique_ptr<LedgewiseModule>> catalog(PreferencesStore &prefs, C
 
 AppModel::AppModel()
     : AppModel(std::make_unique<QSettingsStore>())
-{
-}
+{ }
 
 AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     : SurfaceContext(nullptr)
@@ -87,8 +85,8 @@ AppModel::AppModel(std::unique_ptr<KeyValueStore> settings)
     , m_bell(std::make_unique<X11Bell>())
     , m_timer(std::make_unique<TimerSession>(m_notifications.get(), m_bell.get()))
     , m_downloads(DownloadsStore::createWatching())
-    , m_desktop{std::make_unique<DesktopUrlOpener>(), std::make_unique<DesktopFileChooser>(),
-                std::make_unique<DetachedProgramLauncher>()}
+    , m_desktop { std::make_unique<DesktopUrlOpener>(), std::make_unique<DesktopFileChooser>(),
+        std::make_unique<DetachedProgramLauncher>() }
     , m_modules(std::make_unique<ModuleRegistry>(catalog(*m_prefs, *m_clipboard, *m_downloads, *m_timer, m_desktop)))
     , m_shortcuts(std::make_unique<GlobalShortcuts::Store>(*m_settings))
     , m_dropSaves(std::make_unique<DropSaves>(&StandardFolders::downloads))
@@ -216,8 +214,8 @@ void AppModel::performDropAction(DropAction action, const DropPayload &payload)
 
 void AppModel::performPrepared(DropAction action, const DropPayload &payload)
 {
-    DropActions::Context context{*m_pasteboard, *m_desktop.opener, StandardFolders::downloads(), m_mail.get(),
-                                 m_devices.get()};
+    DropActions::Context context { *m_pasteboard, *m_desktop.opener, StandardFolders::downloads(), m_mail.get(),
+        m_devices.get() };
     DropActions::perform(action, payload, context);
 }
 
@@ -246,24 +244,23 @@ void AppModel::quit()
 SurfaceMenu &AppModel::contextMenu()
 {
     if (!m_contextMenu) {
-        m_contextMenu = std::make_unique<SurfaceMenu>(
-            *m_engine, QList<SurfaceMenu::Entry>{{QStringLiteral("Settings…"), [this] { openSettings(); }},
-                                                 {QStringLiteral("Check for Updates…"), [this] { checkForUpdates(); }},
-                                                 {},
-                                                 {QStringLiteral("Quit Ledgewise"), [this] { quit(); }}});
+        m_contextMenu = std::make_unique<SurfaceMenu>(*m_engine,
+            QList<SurfaceMenu::Entry> { { QStringLiteral("Settings…"), [this] { openSettings(); } },
+                { QStringLiteral("Check for Updates…"), [this] { checkForUpdates(); } }, {},
+                { QStringLiteral("Quit Ledgewise"), [this] { quit(); } } });
         // The open menu holds the keyboard, so no key grab fires: the hot keys are given
         // back meanwhile and the menu's own keys matched; a shortcut's key is not the
         // menu's (Alt+Space must not also press the highlighted entry).
         if (m_hotKeys) {
             connect(m_contextMenu.get(), &SurfaceMenu::openChanged, m_hotKeys.get(),
-                    &GlobalShortcuts::HotKeyCenter::setMenuTracking);
+                &GlobalShortcuts::HotKeyCenter::setMenuTracking);
             m_contextMenu->setKeyInterceptor([this](const QKeyEvent &key) {
                 const auto shortcut = m_hotKeyGrabber->shortcutFor(key.nativeScanCode(), key.nativeModifiers());
                 const auto type = key.type() == QEvent::KeyPress ? GlobalShortcuts::EventType::keyDown
                                                                  : GlobalShortcuts::EventType::keyUp;
                 return shortcut
-                    && m_hotKeys->handleMenuKeyEvent(shortcut->carbonKeyCode, shortcut->modifiers(), type,
-                                                     key.isAutoRepeat());
+                    && m_hotKeys->handleMenuKeyEvent(
+                        shortcut->carbonKeyCode, shortcut->modifiers(), type, key.isAutoRepeat());
             });
         }
     }

@@ -41,7 +41,7 @@ class SettingsFileWatcher;
 namespace GlobalShortcuts {
 class Store;
 class HotKeyCenter;
-}
+} // namespace GlobalShortcuts
 
 // The application's shared state: it owns the settings, the preferences, the three
 // data stores, the module catalogue and the shortcuts for the life of the process, and

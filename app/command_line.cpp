@@ -11,13 +11,16 @@ CommandLine parseCommandLine(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Small surfaces beside the notch: clipboard history, Downloads, a timer and a launcher."));
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help and exit."));
-    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
-                                     QStringLiteral("Show the version and exit."));
-    const QCommandLineOption quit(QStringLiteral("quit"), QStringLiteral("End the running Ledgewise, saving everything."));
-    const QCommandLineOption toggle(QStringLiteral("toggle"), QStringLiteral("Open or close a surface of the running Ledgewise."),
-                                    QStringLiteral("left|right"));
-    const QCommandLineOption settings(QStringLiteral("settings"), QStringLiteral("Open the running Ledgewise's settings."));
+    const QCommandLineOption help(
+        { QStringLiteral("h"), QStringLiteral("help") }, QStringLiteral("Show this help and exit."));
+    const QCommandLineOption version(
+        { QStringLiteral("v"), QStringLiteral("version") }, QStringLiteral("Show the version and exit."));
+    const QCommandLineOption quit(
+        QStringLiteral("quit"), QStringLiteral("End the running Ledgewise, saving everything."));
+    const QCommandLineOption toggle(QStringLiteral("toggle"),
+        QStringLiteral("Open or close a surface of the running Ledgewise."), QStringLiteral("left|right"));
+    const QCommandLineOption settings(
+        QStringLiteral("settings"), QStringLiteral("Open the running Ledgewise's settings."));
     parser.addOption(help);
     parser.addOption(version);
     parser.addOption(quit);
@@ -75,7 +78,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
         const QString side = parser.value(toggle);
         if (side != QLatin1String("left") && side != QLatin1String("right")) {
             result.action = CommandLine::Action::PrintAndExit;
-            result.output = QStringLiteral("--toggle takes left or right, not '%1'.\nTry 'ledgewise --help'.\n").arg(side);
+            result.output
+                = QStringLiteral("--toggle takes left or right, not '%1'.\nTry 'ledgewise --help'.\n").arg(side);
             result.exitCode = 2;
             return result;
         }

@@ -15,7 +15,7 @@ struct CommandLine {
     Action action = Action::Run;
     QString output; // for PrintAndExit: help, version or an error
     int exitCode = 0;
-    QString side;   // for Toggle: "left" or "right"
+    QString side; // for Toggle: "left" or "right"
 };
 
 CommandLine parseCommandLine(const QStringList &arguments);

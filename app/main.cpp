@@ -11,9 +11,9 @@
 #include "surfaces/notch_controller.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QGuiApplication>
 
 #include <cstdio>
 #include <malloc.h>
@@ -38,7 +38,7 @@ int commandRunningInstance(int argc, char *argv[], const CommandLine &command)
     QCoreApplication app(argc, argv);
     bool answered = false;
     if (command.action == CommandLine::Action::Toggle)
-        answered = ApplicationService::callRunningInstance(QStringLiteral("Toggle"), {command.side});
+        answered = ApplicationService::callRunningInstance(QStringLiteral("Toggle"), { command.side });
     else if (command.action == CommandLine::Action::Settings)
         answered = ApplicationService::callRunningInstance(QStringLiteral("OpenSettings"));
     else
@@ -97,18 +97,19 @@ int main(int argc, char *argv[])
     // Where no lock file can be made, no history can be written either: run, and say so.
     if (locking == InstanceLock::Outcome::unavailable)
         std::fprintf(stderr, "Ledgewise cannot make its lock file %s; a second start would not be stopped.\n",
-                     qPrintable(lock.path()));
+            qPrintable(lock.path()));
     const bool locked = locking != InstanceLock::Outcome::heldByOther;
     ApplicationService service;
-    if ((!locked || !service.registerOnSessionBus()) && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
+    if ((!locked || !service.registerOnSessionBus())
+        && ApplicationService::callRunningInstance(QStringLiteral("Reopen"))) {
         std::fputs("Ledgewise is already running.\n", stdout);
         return 0;
     }
     if (!locked) {
         const qint64 holder = lock.holder();
-        std::fprintf(stderr, "Ledgewise is already running%s and cannot be reached; not starting a second one (lock: %s).\n",
-                     holder > 0 ? qPrintable(QStringLiteral(" as process %1").arg(holder)) : "",
-                     qPrintable(lock.path()));
+        std::fprintf(stderr,
+            "Ledgewise is already running%s and cannot be reached; not starting a second one (lock: %s).\n",
+            holder > 0 ? qPrintable(QStringLiteral(" as process %1").arg(holder)) : "", qPrintable(lock.path()));
         return 1;
     }
 

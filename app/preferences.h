@@ -20,12 +20,10 @@ enum class NotchPlacement { left, right, both };
 enum class NotchStyle { classic, pill, minimal };
 enum class ModuleID { clipboard, downloads, timer, launcher, calendar, nowPlaying, systemStatus };
 
-inline constexpr std::array allNotchPlacements{NotchPlacement::left, NotchPlacement::right,
-                                               NotchPlacement::both};
-inline constexpr std::array allNotchStyles{NotchStyle::classic, NotchStyle::pill, NotchStyle::minimal};
-inline constexpr std::array allModuleIDs{ModuleID::clipboard, ModuleID::downloads, ModuleID::timer,
-                                         ModuleID::launcher,  ModuleID::calendar,  ModuleID::nowPlaying,
-                                         ModuleID::systemStatus};
+inline constexpr std::array allNotchPlacements { NotchPlacement::left, NotchPlacement::right, NotchPlacement::both };
+inline constexpr std::array allNotchStyles { NotchStyle::classic, NotchStyle::pill, NotchStyle::minimal };
+inline constexpr std::array allModuleIDs { ModuleID::clipboard, ModuleID::downloads, ModuleID::timer,
+    ModuleID::launcher, ModuleID::calendar, ModuleID::nowPlaying, ModuleID::systemStatus };
 
 // Raw values are the stored text; construction from a raw value is exact and
 // case-sensitive, anything else yields no value.
@@ -50,7 +48,7 @@ struct LauncherItem {
     QString title;
     Kind kind = Kind::website;
     std::optional<QByteArray> bookmarkData; // application and file only
-    std::optional<QString> urlString;       // website only
+    std::optional<QString> urlString; // website only
 
     friend bool operator==(const LauncherItem &, const LauncherItem &) = default;
 };

@@ -40,7 +40,7 @@ public:
     static QByteArray serialise(const QJsonValue &value)
     {
         // Wrap the value in an array to let QJsonDocument write it, then strip the brackets.
-        const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+        const QByteArray wrapped = QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact);
         return wrapped.mid(1, wrapped.size() - 2);
     }
 
@@ -148,13 +148,12 @@ struct StrictReader {
     QString string(const char *key) { return member(key, QJsonValue::String).toString(); }
     QJsonArray array(const char *key) { return member(key, QJsonValue::Array).toArray(); }
 
-    template <typename E>
-    E enumeration(const char *key, std::optional<E> (*fromRaw)(const QString &))
+    template <typename E> E enumeration(const char *key, std::optional<E> (*fromRaw)(const QString &))
     {
         const auto value = fromRaw(string(key));
         if (!value)
             ok = false;
-        return value.value_or(E{});
+        return value.value_or(E {});
     }
 
     QList<ModuleID> moduleIDs(const char *key)
@@ -190,8 +189,8 @@ struct StrictReader {
 
 std::optional<QByteArray> encodePreferences(const Preferences &p)
 {
-    for (double number : {p.width, p.height, p.cornerRadius, p.opacity, p.spacing, p.animationSpeed,
-                          p.offsetFromNotch, p.offsetFromEdge}) {
+    for (double number : { p.width, p.height, p.cornerRadius, p.opacity, p.spacing, p.animationSpeed, p.offsetFromNotch,
+             p.offsetFromEdge }) {
         if (!std::isfinite(number))
             return std::nullopt;
     }
@@ -234,7 +233,7 @@ std::optional<Preferences> decodePreferences(QByteArrayView json)
         return std::nullopt;
     const QJsonObject object = document.object();
 
-    StrictReader read{object};
+    StrictReader read { object };
     Preferences p;
     p.placement = read.enumeration<NotchPlacement>("placement", notchPlacementFromRaw);
     p.animateInterface = read.boolean("animateInterface");

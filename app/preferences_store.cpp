@@ -16,8 +16,7 @@ namespace ledgewise {
 
 namespace {
 
-struct Loaded
-{
+struct Loaded {
     Preferences record;
     std::optional<QByteArray> unreadable;
 };
@@ -26,16 +25,17 @@ Loaded load(const KeyValueStore &defaults)
 {
     const QVariant stored = defaults.value(QString::fromLatin1(PreferencesStore::key));
     if (!stored.isValid())
-        return {Preferences::defaults(), std::nullopt};
+        return { Preferences::defaults(), std::nullopt };
     // Only a byte value is the stored document; a value of any other type is as good
     // as absent. Either way something the user had is there: it is kept aside before
     // the next change replaces it, so a hand edit gone wrong can be recovered.
-    const QByteArray bytes = stored.typeId() == QMetaType::QByteArray ? stored.toByteArray() : stored.toString().toUtf8();
+    const QByteArray bytes
+        = stored.typeId() == QMetaType::QByteArray ? stored.toByteArray() : stored.toString().toUtf8();
     if (stored.typeId() == QMetaType::QByteArray) {
         if (auto decoded = decodePreferences(bytes))
-            return {std::move(*decoded), std::nullopt};
+            return { std::move(*decoded), std::nullopt };
     }
-    return {Preferences::defaults(), bytes.isEmpty() ? std::nullopt : std::optional<QByteArray>(bytes)};
+    return { Preferences::defaults(), bytes.isEmpty() ? std::nullopt : std::optional<QByteArray>(bytes) };
 }
 
 } // namespace
@@ -114,7 +114,7 @@ void PreferencesStore::reportWriteFailure()
         return;
     m_writeFailureReported = true;
     std::fprintf(stderr, "Ledgewise could not save its settings to %s: %s.\n", qPrintable(m_defaults.fileName()),
-                 qPrintable(failure));
+        qPrintable(failure));
 }
 
 } // namespace ledgewise

@@ -44,28 +44,32 @@ ScreenshotTour::ScreenshotTour(QString directory, AppModel &model, QObject *pare
 {
     auto surface = [this] { return leftSurface(m_model); };
     m_steps = {
-        {QStringLiteral("01-sleeping"), [] {}},
-        {QStringLiteral("02-glance"), [surface] {
-             if (auto *s = surface())
-                 s->hoverChanged(true);
-         }},
-        {QStringLiteral("03-expanded"), [surface] {
-             if (auto *s = surface())
-                 s->behaviour().toggleExpanded();
-         }},
-        {QStringLiteral("04-drop"), [surface] {
-             QMimeData data;
-             data.setText(QStringLiteral("Notes from the meeting"));
-             if (auto *s = surface(); s && DropPayload::from(data))
-                 s->dragDidDrop(std::make_shared<const DropPayload>(*DropPayload::from(data)));
-         }},
-        {QStringLiteral("05-countdown"), [this, surface] {
-             if (auto *s = surface()) {
-                 s->hoverChanged(false);
-                 s->behaviour().collapse();
-             }
-             m_model.timer().start(300);
-         }},
+        { QStringLiteral("01-sleeping"), [] {} },
+        { QStringLiteral("02-glance"),
+            [surface] {
+                if (auto *s = surface())
+                    s->hoverChanged(true);
+            } },
+        { QStringLiteral("03-expanded"),
+            [surface] {
+                if (auto *s = surface())
+                    s->behaviour().toggleExpanded();
+            } },
+        { QStringLiteral("04-drop"),
+            [surface] {
+                QMimeData data;
+                data.setText(QStringLiteral("Notes from the meeting"));
+                if (auto *s = surface(); s && DropPayload::from(data))
+                    s->dragDidDrop(std::make_shared<const DropPayload>(*DropPayload::from(data)));
+            } },
+        { QStringLiteral("05-countdown"),
+            [this, surface] {
+                if (auto *s = surface()) {
+                    s->hoverChanged(false);
+                    s->behaviour().collapse();
+                }
+                m_model.timer().start(300);
+            } },
     };
 }
 
@@ -90,8 +94,9 @@ void ScreenshotTour::runStep(int index)
     m_steps[index].before();
     QTimer::singleShot(settleMs, this, [this, index] {
         const QString path = capture(m_steps[index].name);
-        std::printf("%s\n", path.isEmpty() ? qPrintable(QStringLiteral("Could not write a screenshot into ") + m_directory)
-                                           : qPrintable(QStringLiteral("Screenshot: ") + path));
+        std::printf("%s\n",
+            path.isEmpty() ? qPrintable(QStringLiteral("Could not write a screenshot into ") + m_directory)
+                           : qPrintable(QStringLiteral("Screenshot: ") + path));
         std::fflush(stdout);
         runStep(index + 1);
     });

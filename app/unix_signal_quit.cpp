@@ -14,7 +14,7 @@ namespace ledgewise {
 
 namespace {
 
-int signalPipe[2] = {-1, -1};
+int signalPipe[2] = { -1, -1 };
 
 void onSignal(int signalNumber)
 {

@@ -14,8 +14,7 @@ namespace ledgewise {
 
 DragCatcher::DragCatcher(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 void DragCatcher::setHandler(DragDestinationHandling *handler, QObject *guard)
 {
@@ -26,7 +25,7 @@ void DragCatcher::setHandler(DragDestinationHandling *handler, QObject *guard)
 bool DragCatcher::contains(const QSizeF &bounds, const QPointF &point) const
 {
     // A radius beyond half the shorter side rounds the shape into a capsule.
-    const double radius = std::min({m_pillCornerRadius, bounds.width() / 2, bounds.height() / 2});
+    const double radius = std::min({ m_pillCornerRadius, bounds.width() / 2, bounds.height() / 2 });
     QPainterPath shape;
     shape.addRoundedRect(QRectF(QPointF(0, 0), bounds), radius, radius);
     return shape.contains(point);

@@ -16,11 +16,11 @@ struct ActionCase {
 // The last one sends to a phone paired with this computer; its stored value keeps the
 // name it has always had, so nothing stored or scripted against it changes.
 constexpr ActionCase actionCases[] = {
-    {DropAction::copy, "copy", "Copy", "doc.on.doc"},
-    {DropAction::save, "save", "Save", "arrow.down.to.line"},
-    {DropAction::share, "share", "Share", "square.and.arrow.up"},
-    {DropAction::open, "open", "Open", "arrow.up.forward"},
-    {DropAction::airDrop, "airDrop", "Send to Device", "dot.radiowaves.left.and.right"},
+    { DropAction::copy, "copy", "Copy", "doc.on.doc" },
+    { DropAction::save, "save", "Save", "arrow.down.to.line" },
+    { DropAction::share, "share", "Share", "square.and.arrow.up" },
+    { DropAction::open, "open", "Open", "arrow.up.forward" },
+    { DropAction::airDrop, "airDrop", "Send to Device", "dot.radiowaves.left.and.right" },
 };
 
 const ActionCase &caseOf(DropAction action)
@@ -34,9 +34,18 @@ const ActionCase &caseOf(DropAction action)
 
 } // namespace
 
-QString rawValue(DropAction action) { return QString::fromLatin1(caseOf(action).raw); }
-QString title(DropAction action) { return QString::fromLatin1(caseOf(action).title); }
-QString systemImage(DropAction action) { return QString::fromLatin1(caseOf(action).symbol); }
+QString rawValue(DropAction action)
+{
+    return QString::fromLatin1(caseOf(action).raw);
+}
+QString title(DropAction action)
+{
+    return QString::fromLatin1(caseOf(action).title);
+}
+QString systemImage(DropAction action)
+{
+    return QString::fromLatin1(caseOf(action).symbol);
+}
 
 std::optional<DropAction> dropActionFromRaw(const QString &raw)
 {

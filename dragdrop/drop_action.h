@@ -12,8 +12,8 @@ namespace ledgewise {
 // The five things that can be done with a drop, in the order they are offered.
 enum class DropAction { copy, save, share, open, airDrop };
 
-inline constexpr std::array allDropActions{DropAction::copy, DropAction::save, DropAction::share, DropAction::open,
-                                           DropAction::airDrop};
+inline constexpr std::array allDropActions { DropAction::copy, DropAction::save, DropAction::share, DropAction::open,
+    DropAction::airDrop };
 
 QString rawValue(DropAction action);
 std::optional<DropAction> dropActionFromRaw(const QString &raw);

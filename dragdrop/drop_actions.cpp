@@ -30,7 +30,7 @@ QList<QUrl> openTargets(const DropPayload &payload)
     if (payload.text && payload.text.utf8Size() <= longestLinkBytes) {
         const QUrl url(*payload.text, QUrl::StrictMode);
         if (url.isValid() && !url.scheme().isEmpty())
-            return {url};
+            return { url };
     }
     return {};
 }
@@ -93,7 +93,7 @@ void copy(const DropPayload &payload, Pasteboard &pasteboard)
 
 SaveOutcome save(const DropPayload &payload, const QString &downloadsFolder)
 {
-    const std::atomic<bool> never{false};
+    const std::atomic<bool> never { false };
     return DropSaver(payload, downloadsFolder).run(never);
 }
 

@@ -21,7 +21,7 @@ const QString copiedFiles = QStringLiteral("x-special/gnome-copied-files");
 const QString legacyLink = QStringLiteral("_NETSCAPE_URL");
 const QString secretHint = QStringLiteral("x-kde-passwordManagerHint");
 
-std::atomic<int> imageDecodes{0};
+std::atomic<int> imageDecodes { 0 };
 
 bool decodeInto(QImage &image, const QByteArray &bytes)
 {
@@ -32,7 +32,8 @@ bool decodeInto(QImage &image, const QByteArray &bytes)
 // A file URL as the payload keeps it: "localhost" is this machine, said the short way.
 QUrl withoutLocalHost(QUrl url)
 {
-    if (url.scheme() == QLatin1String("file") && url.host().compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
+    if (url.scheme() == QLatin1String("file")
+        && url.host().compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
         url.setHost(QString());
     return url;
 }
@@ -96,7 +97,7 @@ QList<QUrl> copiedFileUrls(const QByteArray &bytes)
 // The first image type offered, in order of preference: PNG, TIFF, then any other.
 QStringList imageTypesOffered(const QMimeData &data)
 {
-    QStringList order = {QStringLiteral("image/png"), QStringLiteral("image/tiff")};
+    QStringList order = { QStringLiteral("image/png"), QStringLiteral("image/tiff") };
     for (const QString &format : data.formats()) {
         if (format.startsWith(QLatin1String("image/")) && !order.contains(format))
             order.append(format);
@@ -135,7 +136,7 @@ std::optional<QImage> readImage(const QMimeData &data, DropPayload::ImageReading
 // offered: nothing is converted while a drag passes or when it is taken.
 DroppedText readPlainText(const QMimeData &data)
 {
-    for (const QString &format : {utf8Text, plainText}) {
+    for (const QString &format : { utf8Text, plainText }) {
         if (!data.hasFormat(format))
             continue;
         if (auto text = DroppedText::fromUtf8(data.data(format)))
@@ -169,35 +170,35 @@ std::optional<DropPayload> DropPayload::read(const QMimeData &data, ImageReading
             links.append(url);
     }
     if (!files.isEmpty())
-        return DropPayload{Kind::files, files, {}, std::nullopt, std::nullopt};
+        return DropPayload { Kind::files, files, {}, std::nullopt, std::nullopt };
 
     if (links.isEmpty() && data.hasFormat(mozillaUrl))
         links = mozillaUrls(data.data(mozillaUrl));
     if (!links.isEmpty())
-        return DropPayload{Kind::urls, {}, links, std::nullopt, std::nullopt};
+        return DropPayload { Kind::urls, {}, links, std::nullopt, std::nullopt };
 
     if (data.hasFormat(copiedFiles)) {
         const QList<QUrl> copied = copiedFileUrls(data.data(copiedFiles));
         if (!copied.isEmpty())
-            return DropPayload{Kind::files, copied, {}, std::nullopt, std::nullopt};
+            return DropPayload { Kind::files, copied, {}, std::nullopt, std::nullopt };
     }
 
     QByteArray encoded;
     if (auto image = readImage(data, reading, encoded)) {
-        DropPayload payload{Kind::image, {}, {}, std::nullopt, std::move(image)};
+        DropPayload payload { Kind::image, {}, {}, std::nullopt, std::move(image) };
         payload.encodedImage = encoded;
         return payload;
     }
 
     if (auto text = readPlainText(data))
-        return DropPayload{Kind::text, {}, {}, std::move(text), std::nullopt};
+        return DropPayload { Kind::text, {}, {}, std::move(text), std::nullopt };
     return std::nullopt;
 }
 
 QStringList DropPayload::registeredTypes()
 {
-    QStringList types = {uriList, mozillaUrl, plainText, utf8Text,
-                         QStringLiteral("image/png"), QStringLiteral("image/tiff")};
+    QStringList types
+        = { uriList, mozillaUrl, plainText, utf8Text, QStringLiteral("image/png"), QStringLiteral("image/tiff") };
     for (const QByteArray &type : QImageReader::supportedMimeTypes()) {
         const QString name = QString::fromLatin1(type);
         if (!types.contains(name))
@@ -237,14 +238,12 @@ int DropPayload::imageDecodeCount()
 DroppedText::DroppedText(QString text)
     : m_present(true)
     , m_decoded(std::move(text))
-{
-}
+{ }
 
 DroppedText::DroppedText(std::optional<QString> text)
     : m_present(text.has_value())
     , m_decoded(std::move(text))
-{
-}
+{ }
 
 DroppedText DroppedText::fromUtf8(QByteArray utf8)
 {
@@ -291,7 +290,7 @@ QString DroppedText::start(qsizetype length) const
 bool isAbsoluteLocalFile(const QUrl &url)
 {
     return url.isValid() && url.scheme() == QLatin1String("file") && url.host().isEmpty()
-           && url.path().startsWith(QLatin1Char('/'));
+        && url.path().startsWith(QLatin1Char('/'));
 }
 
 QString fileName(const QUrl &fileUrl)

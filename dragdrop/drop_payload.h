@@ -25,7 +25,7 @@ class DroppedText
 {
 public:
     DroppedText() = default;
-    DroppedText(std::nullopt_t) {}
+    DroppedText(std::nullopt_t) { }
     DroppedText(QString text);
     DroppedText(std::optional<QString> text);
     // Bytes as offered; an empty text is no text.
@@ -59,7 +59,7 @@ struct DropPayload {
 
     Kind kind = Kind::text;
     QList<QUrl> fileURLs; // non-empty exactly for files
-    QList<QUrl> urls;     // non-empty exactly for urls
+    QList<QUrl> urls; // non-empty exactly for urls
     DroppedText text;
     std::optional<QImage> image;
     // The other application marked what it offered as a password manager's secret:

@@ -15,7 +15,7 @@ namespace {
 bool hasLongText(const DropPayload &payload)
 {
     return payload.fileURLs.isEmpty() && payload.urls.isEmpty() && !payload.image && payload.text
-           && payload.text.utf8Size() > longestMailBody;
+        && payload.text.utf8Size() > longestMailBody;
 }
 
 } // namespace
@@ -40,7 +40,7 @@ DropPayload prepare(DropAction action, DropPayload payload, const QString &share
         return {};
     DropPayload attached;
     attached.kind = DropPayload::Kind::files;
-    attached.fileURLs = {QUrl::fromLocalFile(file.fileName())};
+    attached.fileURLs = { QUrl::fromLocalFile(file.fileName()) };
     return attached;
 }
 

@@ -19,8 +19,7 @@ constexpr std::chrono::milliseconds progressInterval(100);
 DropSaveJob::DropSaveJob(DropPayload payload, QString folder, QObject *parent)
     : QObject(parent)
     , m_saver(std::move(payload), std::move(folder))
-{
-}
+{ }
 
 DropSaveJob::~DropSaveJob()
 {

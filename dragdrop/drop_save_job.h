@@ -39,7 +39,7 @@ signals:
 
 private:
     DropSaver m_saver;
-    std::atomic<bool> m_cancelled{false};
+    std::atomic<bool> m_cancelled { false };
     std::thread m_worker;
     qint64 m_done = 0;
     qint64 m_total = 0;

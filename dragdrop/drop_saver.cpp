@@ -19,8 +19,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <utility>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace ledgewise {
@@ -41,7 +41,9 @@ void ignoreFileSizeSignal()
 class FileDescriptor
 {
 public:
-    explicit FileDescriptor(int fd) : m_fd(fd) {}
+    explicit FileDescriptor(int fd)
+        : m_fd(fd)
+    { }
     ~FileDescriptor()
     {
         if (m_fd >= 0)
@@ -346,8 +348,7 @@ QByteArray pngBytes(const QImage &image)
 DropSaver::DropSaver(DropPayload payload, QString folder)
     : m_payload(std::move(payload))
     , m_folder(std::move(folder))
-{
-}
+{ }
 
 QString DropSaver::temporaryPrefix()
 {
@@ -371,7 +372,7 @@ SaveOutcome DropSaver::run(const std::atomic<bool> &cancelled, const Progress &p
     if (::stat(QFile::encodeName(m_folder).constData(), &folderInfo) != 0 || !S_ISDIR(folderInfo.st_mode))
         return SaveOutcome::nothing;
 
-    Work work{cancelled, progress};
+    Work work { cancelled, progress };
     std::vector<Step> steps;
     if (!m_payload.fileURLs.isEmpty()) {
         for (const QUrl &url : std::as_const(m_payload.fileURLs))

@@ -13,10 +13,10 @@ namespace ledgewise {
 
 // How a save ended.
 enum class SaveOutcome {
-    saved,     // everything that could be read was saved
-    nothing,   // there was nothing to save, or no folder to save into
+    saved, // everything that could be read was saved
+    nothing, // there was nothing to save, or no folder to save into
     cancelled, // stopped on request; what was finished before stays, nothing partial does
-    failed,    // at least one item could not be written (disk full, file too large...)
+    failed, // at least one item could not be written (disk full, file too large...)
 };
 
 // Saves a drop into a folder the way Save does, on whichever thread calls `run`:

@@ -53,7 +53,7 @@ private:
 
     std::function<QString()> m_folder;
     std::thread m_cleanup;
-    std::atomic<bool> m_cleanedUp{false};
+    std::atomic<bool> m_cleanedUp { false };
     QPointer<DropSaveJob> m_running;
     std::deque<std::pair<DropPayload, QString>> m_queue;
 };

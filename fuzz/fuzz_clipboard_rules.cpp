@@ -26,8 +26,7 @@ class OfferedClipboard final : public ledgewise::Pasteboard
 public:
     explicit OfferedClipboard(ledgewise::fuzzing::MimeParts parts)
         : m_parts(std::move(parts))
-    {
-    }
+    { }
     qint64 changeCount() const override { return 1; }
     bool announcesChanges() const override { return true; }
     QStringList types() const override
@@ -45,7 +44,7 @@ public:
         }
         return {};
     }
-    void clearContents() override {}
+    void clearContents() override { }
     void setContents(QMimeData *contents) override { delete contents; }
 
 private:
@@ -74,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // A history whose newest entries repeat what is offered, and one that does not.
     const QList<QList<ClipboardItem>> histories = {
         {},
-        {entry(ClipboardKind::text, offeredText), entry(ClipboardKind::url, offeredText.trimmed())},
+        { entry(ClipboardKind::text, offeredText), entry(ClipboardKind::url, offeredText.trimmed()) },
     };
     (void)ClipboardRules::isSecret(clipboard);
     for (const auto &history : histories) {
@@ -82,10 +81,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (capture.kind == Capture::Kind::text || capture.kind == Capture::Kind::link) {
             const QString stored = ClipboardRules::storedText(capture.value);
             const qsizetype bytes = ClipboardRules::utf8Size(stored, ClipboardRules::maximumTextBytes * 2);
-            if (bytes > ClipboardRules::maximumTextBytes + ClipboardRules::cutNote(capture.value.size() * 4).toUtf8().size())
+            if (bytes
+                > ClipboardRules::maximumTextBytes + ClipboardRules::cutNote(capture.value.size() * 4).toUtf8().size())
                 std::abort();
             QList<ClipboardItem> items = history;
-            items.prepend(entry(capture.kind == Capture::Kind::link ? ClipboardKind::url : ClipboardKind::text, stored));
+            items.prepend(
+                entry(capture.kind == Capture::Kind::link ? ClipboardKind::url : ClipboardKind::text, stored));
             (void)ClipboardRules::glanceSnippet(items);
             (void)ClipboardRules::title(items.first());
         }

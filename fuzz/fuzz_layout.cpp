@@ -19,8 +19,8 @@ namespace {
 ledgewise::DisplaySnapshot plainDisplay()
 {
     ledgewise::DisplaySnapshot d;
-    d.frame = {0, 0, 1920, 1080};
-    d.visibleFrame = {0, 0, 1920, 1056};
+    d.frame = { 0, 0, 1920, 1080 };
+    d.visibleFrame = { 0, 0, 1920, 1056 };
     d.menuBarHeight = 24;
     return d;
 }
@@ -29,10 +29,10 @@ ledgewise::DisplaySnapshot plainDisplay()
 ledgewise::DisplaySnapshot notchedDisplay()
 {
     ledgewise::DisplaySnapshot d;
-    d.frame = {1920, 98.5, 1512, 981.5};
-    d.visibleFrame = {1920, 98.5, 1512, 949.5};
-    d.auxiliaryTopLeft = {1920, 1048, 656, 32};
-    d.auxiliaryTopRight = {2776, 1048, 656, 32};
+    d.frame = { 1920, 98.5, 1512, 981.5 };
+    d.visibleFrame = { 1920, 98.5, 1512, 949.5 };
+    d.auxiliaryTopLeft = { 1920, 1048, 656, 32 };
+    d.auxiliaryTopRight = { 2776, 1048, 656, 32 };
     d.safeAreaTop = 32;
     d.menuBarHeight = 32;
     return d;
@@ -41,10 +41,11 @@ ledgewise::DisplaySnapshot notchedDisplay()
 ledgewise::Preferences preferencesFrom(const uint8_t *data, size_t size)
 {
     using ledgewise::Preferences;
-    if (auto decoded = ledgewise::decodePreferences(QByteArrayView(reinterpret_cast<const char *>(data), qsizetype(size))))
+    if (auto decoded
+        = ledgewise::decodePreferences(QByteArrayView(reinterpret_cast<const char *>(data), qsizetype(size))))
         return *decoded;
     Preferences p;
-    double *fields[] = {&p.width, &p.height, &p.offsetFromEdge, &p.offsetFromNotch, &p.cornerRadius};
+    double *fields[] = { &p.width, &p.height, &p.offsetFromEdge, &p.offsetFromNotch, &p.cornerRadius };
     for (size_t i = 0; i < std::size(fields) && (i + 1) * sizeof(double) <= size; ++i)
         std::memcpy(fields[i], data + i * sizeof(double), sizeof(double));
     if (size > std::size(fields) * sizeof(double))
@@ -58,10 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     using namespace ledgewise;
     const Preferences preferences = preferencesFrom(data, size);
-    for (const DisplaySnapshot &display : {plainDisplay(), notchedDisplay()}) {
-        for (const NotchSide side : {NotchSide::left, NotchSide::right}) {
-            for (const NotchPresentation presentation : {NotchPresentation::sleeping, NotchPresentation::glance,
-                                                         NotchPresentation::active, NotchPresentation::expanded}) {
+    for (const DisplaySnapshot &display : { plainDisplay(), notchedDisplay() }) {
+        for (const NotchSide side : { NotchSide::left, NotchSide::right }) {
+            for (const NotchPresentation presentation : { NotchPresentation::sleeping, NotchPresentation::glance,
+                     NotchPresentation::active, NotchPresentation::expanded }) {
                 const Rect frame = NotchLayout::frame(side, presentation, preferences, display);
                 const QRect window = toWindowRect(frame, 1080);
                 if (window.width() < 0 || window.height() < 0)

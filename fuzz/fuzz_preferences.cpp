@@ -10,8 +10,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const auto decoded = ledgewise::decodePreferences(
-        QByteArrayView(reinterpret_cast<const char *>(data), qsizetype(size)));
+    const auto decoded
+        = ledgewise::decodePreferences(QByteArrayView(reinterpret_cast<const char *>(data), qsizetype(size)));
     if (!decoded)
         return 0;
     const auto encoded = ledgewise::encodePreferences(*decoded);

@@ -38,7 +38,7 @@ inline MimeParts mimeParts(const uint8_t *data, size_t size)
         const qsizetype marker = nextMarker(pos);
         const qsizetype bodyEnd = marker < 0 ? input.size() : std::max(pos, marker - 1);
         if (typed || bodyEnd > pos)
-            parts.append({type, input.mid(pos, bodyEnd - pos)});
+            parts.append({ type, input.mid(pos, bodyEnd - pos) });
         if (marker < 0)
             break;
         const qsizetype lineEnd = input.indexOf('\n', marker);

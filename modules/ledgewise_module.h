@@ -57,8 +57,7 @@ protected:
         , m_id(id)
         , m_glanceSymbol(ledgewise::systemImage(id))
         , m_glanceText(ledgewise::title(id))
-    {
-    }
+    { }
 
     void setGlance(const QString &symbol, const QString &text, bool active = false)
     {

@@ -11,7 +11,7 @@ QUrl PlaceholderModule::expandedView() const
 
 QVariantMap PlaceholderModule::expandedViewProperties() const
 {
-    return {{QStringLiteral("title"), title()}};
+    return { { QStringLiteral("title"), title() } };
 }
 
 } // namespace ledgewise

@@ -25,21 +25,27 @@ class CalendarModule final : public PlaceholderModule
 {
     Q_OBJECT
 public:
-    explicit CalendarModule(QObject *parent = nullptr) : PlaceholderModule(ModuleID::calendar, parent) {}
+    explicit CalendarModule(QObject *parent = nullptr)
+        : PlaceholderModule(ModuleID::calendar, parent)
+    { }
 };
 
 class NowPlayingModule final : public PlaceholderModule
 {
     Q_OBJECT
 public:
-    explicit NowPlayingModule(QObject *parent = nullptr) : PlaceholderModule(ModuleID::nowPlaying, parent) {}
+    explicit NowPlayingModule(QObject *parent = nullptr)
+        : PlaceholderModule(ModuleID::nowPlaying, parent)
+    { }
 };
 
 class SystemStatusModule final : public PlaceholderModule
 {
     Q_OBJECT
 public:
-    explicit SystemStatusModule(QObject *parent = nullptr) : PlaceholderModule(ModuleID::systemStatus, parent) {}
+    explicit SystemStatusModule(QObject *parent = nullptr)
+        : PlaceholderModule(ModuleID::systemStatus, parent)
+    { }
 };
 
 } // namespace ledgewise

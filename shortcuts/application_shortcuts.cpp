@@ -8,12 +8,12 @@ using namespace GlobalShortcuts;
 
 Name toggleLeft()
 {
-    return {QStringLiteral("toggleLeft"), Shortcut(Key::space, optionFlag)};
+    return { QStringLiteral("toggleLeft"), Shortcut(Key::space, optionFlag) };
 }
 
 Name toggleRight()
 {
-    return {QStringLiteral("toggleRight"), Shortcut(Key::space, shiftFlag | optionFlag)};
+    return { QStringLiteral("toggleRight"), Shortcut(Key::space, shiftFlag | optionFlag) };
 }
 
 void declareAll(Store &store)

@@ -24,8 +24,7 @@ HotKeyEvents::HotKeyEvents(HotKeyCenter &center, const Name &name, quint64 token
     : m_center(&center)
     , m_name(name)
     , m_token(token)
-{
-}
+{ }
 
 HotKeyEvents::~HotKeyEvents()
 {
@@ -47,22 +46,21 @@ bool HotKeyCenter::Handlers::isEmpty() const
     return legacyKeyDown.isEmpty() && legacyKeyUp.isEmpty() && streamKeyDown.isEmpty() && streamKeyUp.isEmpty();
 }
 
-HotKeyCenter::HotKeyCenter(Store &store, HotKeyGrabber &grabber, const KeyboardLayout &layout, Report report,
-                           QObject *parent)
+HotKeyCenter::HotKeyCenter(
+    Store &store, HotKeyGrabber &grabber, const KeyboardLayout &layout, Report report, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_grabber(grabber)
     , m_layout(layout)
     , m_report(report ? std::move(report) : Report(printToStandardError))
-{
-}
+{ }
 
 HotKeyCenter::~HotKeyCenter()
 {
     // The grabber may outlive us: it must neither call back nor keep our keys.
     for (auto &[id, hotKey] : m_hotKeys) {
         if (hotKey.grabbed)
-            m_grabber.ungrab({hotKeySignature, id});
+            m_grabber.ungrab({ hotKeySignature, id });
     }
     if (m_handlerInstalled) {
         m_grabber.delivered = nullptr;
@@ -72,13 +70,13 @@ HotKeyCenter::~HotKeyCenter()
 
 void HotKeyCenter::onKeyDown(const Name &name, Action action)
 {
-    handlersOf(name).legacyKeyDown.append({++m_lastToken, std::move(action)});
+    handlersOf(name).legacyKeyDown.append({ ++m_lastToken, std::move(action) });
     registerStoredShortcut(name);
 }
 
 void HotKeyCenter::onKeyUp(const Name &name, Action action)
 {
-    handlersOf(name).legacyKeyUp.append({++m_lastToken, std::move(action)});
+    handlersOf(name).legacyKeyUp.append({ ++m_lastToken, std::move(action) });
     registerStoredShortcut(name);
 }
 
@@ -94,9 +92,9 @@ std::unique_ptr<HotKeyEvents> HotKeyCenter::events(const Name &name, std::option
     };
     Handlers &handlers = handlersOf(name);
     if (!only || *only == EventType::keyDown)
-        handlers.streamKeyDown.append({token, deliverer(EventType::keyDown)});
+        handlers.streamKeyDown.append({ token, deliverer(EventType::keyDown) });
     if (!only || *only == EventType::keyUp)
-        handlers.streamKeyUp.append({token, deliverer(EventType::keyUp)});
+        handlers.streamKeyUp.append({ token, deliverer(EventType::keyUp) });
     registerStoredShortcut(name);
     return stream;
 }
@@ -220,13 +218,13 @@ void HotKeyCenter::storedShortcutsChanged()
         const Name &name = handlers.name;
         const auto stored = m_store.getShortcut(name);
         const auto it = m_registeredFor.constFind(name.rawValue);
-        const std::optional<Shortcut> before =
-            it == m_registeredFor.cend() ? std::nullopt : std::optional<Shortcut>(*it);
+        const std::optional<Shortcut> before
+            = it == m_registeredFor.cend() ? std::nullopt : std::optional<Shortcut>(*it);
         if (stored == before)
             continue;
         m_registeredFor.remove(name.rawValue);
         if (before)
-            dropUnusedShortcuts({*before});
+            dropUnusedShortcuts({ *before });
         registerStoredShortcut(name);
     }
 }
@@ -272,11 +270,11 @@ void HotKeyCenter::registerHotKey(const Shortcut &shortcut)
     // Identifiers only grow, so a late event of an unregistered hot key can never be
     // taken for its successor.
     const int id = ++m_lastId;
-    HotKey hotKey{shortcut, id, false, [this](const Shortcut &pressed) { routeKeyDown(pressed); },
-                  [this](const Shortcut &released) { routeKeyUp(released); }};
+    HotKey hotKey { shortcut, id, false, [this](const Shortcut &pressed) { routeKeyDown(pressed); },
+        [this](const Shortcut &released) { routeKeyUp(released); } };
     if (shortcut.carbonModifiers & ~knownMasks) {
-        printFailure(shortcut,
-                     QStringLiteral("unknown modifier bits 0x%1").arg(shortcut.carbonModifiers & ~knownMasks, 0, 16));
+        printFailure(
+            shortcut, QStringLiteral("unknown modifier bits 0x%1").arg(shortcut.carbonModifiers & ~knownMasks, 0, 16));
         return;
     }
     // While a menu is open nothing is grabbed; the record waits for it to close.
@@ -296,7 +294,7 @@ void HotKeyCenter::unregisterHotKey(const Shortcut &shortcut)
     for (auto it = m_hotKeys.begin(); it != m_hotKeys.end();) {
         if (it->second.shortcut == shortcut) {
             if (it->second.grabbed)
-                m_grabber.ungrab({hotKeySignature, it->first});
+                m_grabber.ungrab({ hotKeySignature, it->first });
             it = m_hotKeys.erase(it);
         } else {
             ++it;
@@ -335,7 +333,7 @@ void HotKeyCenter::updateEventHandler()
             grab(hotKey);
         } else if (m_menuTracking && hotKey.grabbed) {
             // Given back but remembered: the open menu's key events are matched instead.
-            m_grabber.ungrab({hotKeySignature, id});
+            m_grabber.ungrab({ hotKeySignature, id });
             hotKey.grabbed = false;
         }
     }
@@ -343,7 +341,7 @@ void HotKeyCenter::updateEventHandler()
 
 bool HotKeyCenter::grab(HotKey &hotKey)
 {
-    if (const auto refused = m_grabber.grab(hotKey.shortcut, {hotKeySignature, hotKey.carbonHotKeyId})) {
+    if (const auto refused = m_grabber.grab(hotKey.shortcut, { hotKeySignature, hotKey.carbonHotKeyId })) {
         printFailure(hotKey.shortcut, *refused);
         return false;
     }
@@ -354,7 +352,7 @@ bool HotKeyCenter::grab(HotKey &hotKey)
 void HotKeyCenter::printFailure(const Shortcut &shortcut, const QString &reason) const
 {
     m_report(QStringLiteral("Error registering hotkey ") + presentableDescription(shortcut, m_layout)
-             + QStringLiteral(": ") + reason);
+        + QStringLiteral(": ") + reason);
 }
 
 void HotKeyCenter::grabLost(HotKeyID id, const QString &reason)
@@ -418,7 +416,7 @@ HotKeyCenter::Handlers &HotKeyCenter::handlersOf(const Name &name)
         if (handlers.name == name)
             return handlers;
     }
-    m_handlers.append(Handlers{name, {}, {}, {}, {}});
+    m_handlers.append(Handlers { name, {}, {}, {}, {} });
     return m_handlers.last();
 }
 

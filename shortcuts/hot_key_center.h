@@ -71,7 +71,7 @@ public:
     };
 
     HotKeyCenter(Store &store, HotKeyGrabber &grabber, const KeyboardLayout &layout, Report report = {},
-                 QObject *parent = nullptr);
+        QObject *parent = nullptr);
     ~HotKeyCenter() override;
 
     // Adds the action to the name's list and registers the name's stored shortcut if

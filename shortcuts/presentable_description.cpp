@@ -9,23 +9,47 @@ namespace ledgewise::GlobalShortcuts {
 namespace {
 
 const std::pair<ModifierFlag, const char *> symbolOrder[] = {
-    {controlFlag, "⌃"},
-    {optionFlag, "⌥"},
-    {shiftFlag, "⇧"},
-    {commandFlag, "⌘"},
+    { controlFlag, "⌃" },
+    { optionFlag, "⌥" },
+    { shiftFlag, "⇧" },
+    { commandFlag, "⌘" },
     // A globe with the text-style selector, so it is drawn like the other symbols.
-    {functionFlag, "\U0001F310\uFE0E"},
+    { functionFlag, "\U0001F310\uFE0E" },
 };
 
 // English names of the keys shown by name; "Space" is the text for the space key.
 const std::pair<Key, const char *> specialNames[] = {
-    {Key::returnKey, "↩"}, {Key::deleteKey, "⌫"}, {Key::deleteForward, "⌦"}, {Key::escape, "⎋"},
-    {Key::help, "?⃝"}, {Key::home, "↖"}, {Key::space, "Space"}, {Key::pageUp, "⇞"}, {Key::pageDown, "⇟"},
-    {Key::upArrow, "↑"}, {Key::rightArrow, "→"}, {Key::downArrow, "↓"}, {Key::leftArrow, "←"},
-    {Key::keypad0, "0"}, {Key::keypad1, "1"}, {Key::keypad2, "2"}, {Key::keypad3, "3"}, {Key::keypad4, "4"},
-    {Key::keypad5, "5"}, {Key::keypad6, "6"}, {Key::keypad7, "7"}, {Key::keypad8, "8"}, {Key::keypad9, "9"},
-    {Key::keypadClear, "⌧"}, {Key::keypadDecimal, "."}, {Key::keypadDivide, "/"}, {Key::keypadEnter, "⌤"},
-    {Key::keypadEquals, "="}, {Key::keypadMinus, "-"}, {Key::keypadMultiply, "*"}, {Key::keypadPlus, "+"},
+    { Key::returnKey, "↩" },
+    { Key::deleteKey, "⌫" },
+    { Key::deleteForward, "⌦" },
+    { Key::escape, "⎋" },
+    { Key::help, "?⃝" },
+    { Key::home, "↖" },
+    { Key::space, "Space" },
+    { Key::pageUp, "⇞" },
+    { Key::pageDown, "⇟" },
+    { Key::upArrow, "↑" },
+    { Key::rightArrow, "→" },
+    { Key::downArrow, "↓" },
+    { Key::leftArrow, "←" },
+    { Key::keypad0, "0" },
+    { Key::keypad1, "1" },
+    { Key::keypad2, "2" },
+    { Key::keypad3, "3" },
+    { Key::keypad4, "4" },
+    { Key::keypad5, "5" },
+    { Key::keypad6, "6" },
+    { Key::keypad7, "7" },
+    { Key::keypad8, "8" },
+    { Key::keypad9, "9" },
+    { Key::keypadClear, "⌧" },
+    { Key::keypadDecimal, "." },
+    { Key::keypadDivide, "/" },
+    { Key::keypadEnter, "⌤" },
+    { Key::keypadEquals, "=" },
+    { Key::keypadMinus, "-" },
+    { Key::keypadMultiply, "*" },
+    { Key::keypadPlus, "+" },
 };
 
 QString capitalised(const QString &text)

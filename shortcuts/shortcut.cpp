@@ -19,11 +19,11 @@ struct ModifierPair {
 };
 
 constexpr ModifierPair modifierPairs[] = {
-    {controlFlag, controlMask, Qt::ControlModifier},
-    {optionFlag, optionMask, Qt::AltModifier},
-    {shiftFlag, shiftMask, Qt::ShiftModifier},
-    {commandFlag, commandMask, Qt::MetaModifier},
-    {functionFlag, functionMask, Qt::NoModifier},
+    { controlFlag, controlMask, Qt::ControlModifier },
+    { optionFlag, optionMask, Qt::AltModifier },
+    { shiftFlag, shiftMask, Qt::ShiftModifier },
+    { commandFlag, commandMask, Qt::MetaModifier },
+    { functionFlag, functionMask, Qt::NoModifier },
 };
 
 std::optional<int> wholeNumber(const QJsonValue &value)

@@ -46,8 +46,14 @@ struct Shortcut {
     int carbonModifiers = 0;
 
     Shortcut() = default;
-    Shortcut(int keyCode, int mask) : carbonKeyCode(keyCode), carbonModifiers(mask) {}
-    Shortcut(Key key, quint32 flags) : carbonKeyCode(int(key)), carbonModifiers(hotKeyMask(flags)) {}
+    Shortcut(int keyCode, int mask)
+        : carbonKeyCode(keyCode)
+        , carbonModifiers(mask)
+    { }
+    Shortcut(Key key, quint32 flags)
+        : carbonKeyCode(int(key))
+        , carbonModifiers(hotKeyMask(flags))
+    { }
 
     Key key() const { return Key(carbonKeyCode); }
     quint32 modifiers() const { return modifierFlags(carbonModifiers); }

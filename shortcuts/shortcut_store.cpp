@@ -9,8 +9,7 @@ namespace ledgewise::GlobalShortcuts {
 Store::Store(KeyValueStore &defaults, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
-{
-}
+{ }
 
 void Store::declare(const Name &name)
 {

@@ -10,11 +10,11 @@ namespace ledgewise {
 // the platform layer; everything else only reads it.
 struct DisplaySnapshot {
     Rect frame;
-    Rect visibleFrame;          // less the top panel and docks
-    Rect auxiliaryTopLeft;      // the strip left of the notch; empty without a notch
-    Rect auxiliaryTopRight;     // the strip right of the notch; empty without a notch
-    double safeAreaTop = 0;     // the notch's depth, 0 without one
-    double menuBarHeight = 0;   // the top panel's thickness
+    Rect visibleFrame; // less the top panel and docks
+    Rect auxiliaryTopLeft; // the strip left of the notch; empty without a notch
+    Rect auxiliaryTopRight; // the strip right of the notch; empty without a notch
+    double safeAreaTop = 0; // the notch's depth, 0 without one
+    double menuBarHeight = 0; // the top panel's thickness
 
     // A display counts as notched when it reports a strip beside a notch, or a safe
     // area more than one point deeper than the top panel (a safe area merely as deep

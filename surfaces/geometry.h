@@ -48,7 +48,7 @@ inline QRectF toTopLeft(const Rect &rect, double primaryHeight)
 
 inline Rect fromTopLeft(const QRectF &rect, double primaryHeight)
 {
-    return Rect{rect.x(), primaryHeight - rect.y() - rect.height(), rect.width(), rect.height()};
+    return Rect { rect.x(), primaryHeight - rect.y() - rect.height(), rect.width(), rect.height() };
 }
 
 // The window system's whole-pixel rectangle for a layout rectangle. The layout takes the
@@ -63,7 +63,7 @@ inline QRect toWindowRect(const Rect &rect, double primaryHeight)
     };
     const QRectF topLeft = toTopLeft(rect, primaryHeight);
     return QRectF(bounded(topLeft.x(), -reach, reach), bounded(topLeft.y(), -reach, reach),
-                  bounded(topLeft.width(), 0, reach), bounded(topLeft.height(), 0, reach))
+        bounded(topLeft.width(), 0, reach), bounded(topLeft.height(), 0, reach))
         .toAlignedRect();
 }
 

@@ -48,7 +48,7 @@ void NotchController::listen()
     for (QScreen *screen : QGuiApplication::screens())
         watchScreen(screen);
     connect(&m_context->preferencesStore(), &PreferencesStore::preferencesDidChange, this,
-            &NotchController::preferencesChanged);
+        &NotchController::preferencesChanged);
     // The glance follows its module live: a copy, a finished download, each tick of a
     // countdown. A countdown's tick is one wake-up that refreshes every surface, and all
     // of them repaint in that same turn of the event loop.
@@ -120,7 +120,7 @@ void NotchController::rebuild(bool animateFromCenter)
             auto controller = std::make_unique<NotchWindowController>(side, display, m_context, m_engine);
             connect(controller.get(), &NotchWindowController::toggleRequested, this, &NotchController::toggle);
             connect(controller.get(), &NotchWindowController::contextMenuRequested, this,
-                    &NotchController::contextMenuRequested);
+                &NotchController::contextMenuRequested);
             controller->behaviour().refreshGlance();
             if (animateFromCenter)
                 controller->presentFromCenter();

@@ -9,27 +9,34 @@ namespace ledgewise::NotchLayout {
 Size baseSize(NotchStyle style)
 {
     switch (style) {
-    case NotchStyle::classic: return {84, 30};
-    case NotchStyle::pill: return {76, 28};
-    case NotchStyle::minimal: return {64, 22};
+    case NotchStyle::classic:
+        return { 84, 30 };
+    case NotchStyle::pill:
+        return { 76, 28 };
+    case NotchStyle::minimal:
+        return { 64, 22 };
     }
-    return {76, 28};
+    return { 76, 28 };
 }
 
 Size size(NotchPresentation presentation, const Preferences &preferences)
 {
     const Size base = baseSize(preferences.style);
     switch (presentation) {
-    case NotchPresentation::sleeping: return base;
-    case NotchPresentation::glance: return {std::max(base.width + 86, 148.0), base.height + 2};
-    case NotchPresentation::active: return {std::max(base.width + 48, 120.0), base.height + 2};
-    case NotchPresentation::expanded: return {preferences.width, preferences.height};
+    case NotchPresentation::sleeping:
+        return base;
+    case NotchPresentation::glance:
+        return { std::max(base.width + 86, 148.0), base.height + 2 };
+    case NotchPresentation::active:
+        return { std::max(base.width + 48, 120.0), base.height + 2 };
+    case NotchPresentation::expanded:
+        return { preferences.width, preferences.height };
     }
     return base;
 }
 
-Rect frame(NotchSide side, NotchPresentation presentation, const Preferences &preferences,
-           const DisplaySnapshot &display)
+Rect frame(
+    NotchSide side, NotchPresentation presentation, const Preferences &preferences, const DisplaySnapshot &display)
 {
     const Size s = size(presentation, preferences);
     const bool notched = display.isNotched();
@@ -45,7 +52,7 @@ Rect frame(NotchSide side, NotchPresentation presentation, const Preferences &pr
                                                             : display.frame.maxX() - e - s.width;
     }
     const double y = display.frame.maxY() - s.height;
-    return clamp(Rect{x, y, s.width, s.height}, display.frame);
+    return clamp(Rect { x, y, s.width, s.height }, display.frame);
 }
 
 Rect clamp(Rect rect, const Rect &bounds)
@@ -68,9 +75,12 @@ namespace {
 double styleRadius(NotchStyle style, double height, const Preferences &preferences)
 {
     switch (style) {
-    case NotchStyle::classic: return preferences.cornerRadius;
-    case NotchStyle::pill: return height * 0.5;
-    case NotchStyle::minimal: return std::min(height * 0.5, 10.0);
+    case NotchStyle::classic:
+        return preferences.cornerRadius;
+    case NotchStyle::pill:
+        return height * 0.5;
+    case NotchStyle::minimal:
+        return std::min(height * 0.5, 10.0);
     }
     return preferences.cornerRadius;
 }
@@ -87,7 +97,7 @@ double cornerRadius(NotchStyle style, double height, const Preferences &preferen
 
 double outlineRadius(NotchStyle style, Size size, const Preferences &preferences)
 {
-    const double radius = std::min({cornerRadius(style, size.height, preferences), size.width / 2, size.height / 2});
+    const double radius = std::min({ cornerRadius(style, size.height, preferences), size.width / 2, size.height / 2 });
     return radius > 0 ? radius : 0;
 }
 

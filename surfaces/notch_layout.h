@@ -17,8 +17,8 @@ Size size(NotchPresentation presentation, const Preferences &preferences);
 // Where a side's panel goes on a display: beside the notch when the display reports
 // the strip on that side, otherwise a fixed distance in from the display's edge;
 // always hanging from the very top of the display, and kept inside it.
-Rect frame(NotchSide side, NotchPresentation presentation, const Preferences &preferences,
-           const DisplaySnapshot &display);
+Rect frame(
+    NotchSide side, NotchPresentation presentation, const Preferences &preferences, const DisplaySnapshot &display);
 
 // Shrinks `rect` to fit `bounds`, then moves it inside: left edge first, then right,
 // then bottom, then top, in that order.

@@ -12,10 +12,14 @@ QString rawValue(NotchSide side)
 QString rawValue(NotchPresentation presentation)
 {
     switch (presentation) {
-    case NotchPresentation::sleeping: return QStringLiteral("sleeping");
-    case NotchPresentation::glance: return QStringLiteral("glance");
-    case NotchPresentation::expanded: return QStringLiteral("expanded");
-    case NotchPresentation::active: return QStringLiteral("active");
+    case NotchPresentation::sleeping:
+        return QStringLiteral("sleeping");
+    case NotchPresentation::glance:
+        return QStringLiteral("glance");
+    case NotchPresentation::expanded:
+        return QStringLiteral("expanded");
+    case NotchPresentation::active:
+        return QStringLiteral("active");
     }
     return {};
 }

@@ -14,9 +14,9 @@ enum class NotchSide { left, right };
 // The four looks of a surface; the surface model decides which one is shown.
 enum class NotchPresentation { sleeping, glance, expanded, active };
 
-inline constexpr std::array allNotchSides{NotchSide::left, NotchSide::right};
-inline constexpr std::array allNotchPresentations{NotchPresentation::sleeping, NotchPresentation::glance,
-                                                  NotchPresentation::expanded, NotchPresentation::active};
+inline constexpr std::array allNotchSides { NotchSide::left, NotchSide::right };
+inline constexpr std::array allNotchPresentations { NotchPresentation::sleeping, NotchPresentation::glance,
+    NotchPresentation::expanded, NotchPresentation::active };
 
 QString rawValue(NotchSide side);
 QString rawValue(NotchPresentation presentation);

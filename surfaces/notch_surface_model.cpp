@@ -7,8 +7,7 @@ namespace ledgewise {
 NotchSurfaceModel::NotchSurfaceModel(NotchSide side, QObject *parent)
     : QObject(parent)
     , m_side(side)
-{
-}
+{ }
 
 NotchSurfaceModel::~NotchSurfaceModel() = default;
 

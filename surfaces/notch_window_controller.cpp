@@ -78,8 +78,8 @@ QEasingCurve surfaceCurve()
 
 } // namespace
 
-NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapshot &display,
-                                             SurfaceContext *context, QQmlEngine &engine, QObject *parent)
+NotchWindowController::NotchWindowController(
+    NotchSide side, const DisplaySnapshot &display, SurfaceContext *context, QQmlEngine &engine, QObject *parent)
     : QObject(parent)
     , m_context(context)
     , m_engine(&engine)
@@ -94,13 +94,13 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
 
     m_animation.setEasingCurve(surfaceCurve());
     connect(&m_animation, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant &value) { applyFrame(value.toRect()); });
+        [this](const QVariant &value) { applyFrame(value.toRect()); });
     connect(&m_animation, &QVariantAnimation::finished, this, &NotchWindowController::moveFinished);
     m_fade.setStartValue(fadeStartOpacity);
     m_fade.setEndValue(1.0);
     m_fade.setDuration(fadeMs);
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant &value) { m_window->setOpacity(value.toDouble()); });
+        [this](const QVariant &value) { m_window->setOpacity(value.toDouble()); });
 
     connect(&m_surface, &NotchSurfaceModel::dropPayloadChanged, this, [this] {
         m_dropNotice.clear(); // a notice speaks of the drop it was given for
@@ -111,14 +111,15 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
     // A surface hangs over any top panel, never takes focus and is left alone by the
     // window manager (it places and stacks override-redirect windows as they are).
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
-                    | Qt::X11BypassWindowManagerHint);
+        | Qt::X11BypassWindowManagerHint);
     window.setTitle(windowTitle(side));
     window.setProperty(surfaceWindowProperty, true);
     window.setColor(Qt::transparent);
     window.setResizeMode(QQuickView::SizeRootObjectToView);
     window.installEventFilter(m_catcher.get());
     m_catcher->setHandler(this, this);
-    window.setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(static_cast<QObject *>(this))}});
+    window.setInitialProperties(
+        { { QStringLiteral("controller"), QVariant::fromValue(static_cast<QObject *>(this)) } });
     window.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Surfaces/NotchRootView.qml")));
     if (window.status() == QQuickView::Error) {
         for (const QQmlError &error : window.errors())
@@ -126,7 +127,7 @@ NotchWindowController::NotchWindowController(NotchSide side, const DisplaySnapsh
     }
     if (m_context) {
         connect(&m_context->preferencesStore(), &PreferencesStore::currentChanged, this,
-                &NotchWindowController::appearanceChanged);
+            &NotchWindowController::appearanceChanged);
     }
     // A surface never takes the keyboard, except while a text field in it has focus.
     connect(&window, &QQuickWindow::activeFocusItemChanged, this, &NotchWindowController::followTextFocus);
@@ -140,7 +141,8 @@ NotchWindowController::~NotchWindowController()
 
 QString NotchWindowController::windowTitle(NotchSide side)
 {
-    return side == NotchSide::left ? QStringLiteral("Ledgewise left surface") : QStringLiteral("Ledgewise right surface");
+    return side == NotchSide::left ? QStringLiteral("Ledgewise left surface")
+                                   : QStringLiteral("Ledgewise right surface");
 }
 
 Preferences NotchWindowController::preferences() const
@@ -152,7 +154,7 @@ namespace {
 
 ModuleGlance glanceOf(const LedgewiseModule &module)
 {
-    return {module.glanceSymbol(), module.glanceText(), module.glanceActive()};
+    return { module.glanceSymbol(), module.glanceText(), module.glanceActive() };
 }
 
 } // namespace
@@ -249,7 +251,8 @@ bool NotchWindowController::reduceMotion() const
 void NotchWindowController::followTextFocus()
 {
     QQuickItem *item = focusedItem(*m_window);
-    const bool wantsKeys = item && item->inherits("QQuickTextInput") && m_surface.presentation() == NotchPresentation::expanded;
+    const bool wantsKeys
+        = item && item->inherits("QQuickTextInput") && m_surface.presentation() == NotchPresentation::expanded;
     if (wantsKeys == !m_window->flags().testFlag(Qt::WindowDoesNotAcceptFocus))
         return;
     m_window->setFlag(Qt::WindowDoesNotAcceptFocus, !wantsKeys);
@@ -316,7 +319,8 @@ void NotchWindowController::applyFrame(const QRect &frame)
     // Every frame on the way of a move too: the outline follows the size the window has
     // now, so the shape, the fill and where a drop is taken never disagree mid-move.
     const Preferences p = preferences();
-    const double radius = NotchLayout::outlineRadius(p.style, Size{double(frame.width()), double(frame.height())}, p);
+    const double radius
+        = NotchLayout::outlineRadius(p.style, Size { double(frame.width()), double(frame.height()) }, p);
     m_window->setMask(roundedRegion(frame.size(), radius));
     m_catcher->setPillCornerRadius(radius);
     if (m_shadow)
@@ -337,8 +341,9 @@ void NotchWindowController::updateShadow(NotchPresentation presentation)
         return;
     }
     if (!m_shadow) {
-        m_shadow = std::make_unique<SurfaceShadow>(
-            *m_engine, side() == NotchSide::left ? QStringLiteral("Ledgewise left shadow") : QStringLiteral("Ledgewise right shadow"));
+        m_shadow = std::make_unique<SurfaceShadow>(*m_engine,
+            side() == NotchSide::left ? QStringLiteral("Ledgewise left shadow")
+                                      : QStringLiteral("Ledgewise right shadow"));
     }
     const QRect frame = m_window->geometry();
     m_shadow->show(frame, m_outlineRadius);
@@ -459,9 +464,8 @@ QVariantList NotchWindowController::dropActions()
 {
     QVariantList actions;
     for (DropAction action : allDropActions) {
-        actions.append(QVariantMap{{QStringLiteral("action"), rawValue(action)},
-                                   {QStringLiteral("title"), title(action)},
-                                   {QStringLiteral("symbol"), systemImage(action)}});
+        actions.append(QVariantMap { { QStringLiteral("action"), rawValue(action) },
+            { QStringLiteral("title"), title(action) }, { QStringLiteral("symbol"), systemImage(action) } });
     }
     return actions;
 }

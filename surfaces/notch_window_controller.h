@@ -44,8 +44,8 @@ class NotchWindowController : public QObject,
     Q_PROPERTY(QObject *devices READ devices CONSTANT)
 
 public:
-    NotchWindowController(NotchSide side, const DisplaySnapshot &display, SurfaceContext *context,
-                          QQmlEngine &engine, QObject *parent = nullptr);
+    NotchWindowController(NotchSide side, const DisplaySnapshot &display, SurfaceContext *context, QQmlEngine &engine,
+        QObject *parent = nullptr);
     ~NotchWindowController() override;
 
     static QString windowTitle(NotchSide side);

@@ -4,13 +4,11 @@
 
 namespace ledgewise {
 
-SurfaceBehaviour::SurfaceBehaviour(NotchSurfaceModel &surface, SurfaceEnvironment &environment,
-                                   SurfaceEffects &effects)
+SurfaceBehaviour::SurfaceBehaviour(NotchSurfaceModel &surface, SurfaceEnvironment &environment, SurfaceEffects &effects)
     : m_surface(surface)
     , m_environment(environment)
     , m_effects(effects)
-{
-}
+{ }
 
 bool SurfaceBehaviour::automaticallyHide() const
 {

@@ -15,8 +15,7 @@ SurfaceMenu::SurfaceMenu(QQmlEngine &engine, QList<Entry> entries, QObject *pare
     : QObject(parent)
     , m_engine(engine)
     , m_entries(std::move(entries))
-{
-}
+{ }
 
 SurfaceMenu::~SurfaceMenu()
 {
@@ -54,7 +53,7 @@ QPoint SurfaceMenu::placement(QPoint point, QSize size, const QRect &screen)
         y = point.y() - size.height();
     x = std::clamp(x, screen.left(), std::max(screen.left(), screen.right() + 1 - size.width()));
     y = std::clamp(y, screen.top(), std::max(screen.top(), screen.bottom() + 1 - size.height()));
-    return {x, y};
+    return { x, y };
 }
 
 void SurfaceMenu::popup(QPoint globalPosition)
@@ -69,7 +68,7 @@ void SurfaceMenu::popup(QPoint globalPosition)
     m_window->setTitle(QStringLiteral("Ledgewise menu"));
     m_window->setColor(Qt::black);
     m_window->setResizeMode(QQuickView::SizeViewToRootObject);
-    m_window->setInitialProperties({{QStringLiteral("menu"), QVariant::fromValue(static_cast<QObject *>(this))}});
+    m_window->setInitialProperties({ { QStringLiteral("menu"), QVariant::fromValue(static_cast<QObject *>(this)) } });
     m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Surfaces/SurfaceMenuView.qml")));
     m_window->installEventFilter(this);
     QScreen *screen = QGuiApplication::screenAt(globalPosition);
@@ -116,7 +115,8 @@ void SurfaceMenu::trigger(int index)
     // After the handler that pressed it has returned: the command may take the menu,
     // or the whole program, down with it.
     QMetaObject::invokeMethod(
-        this, [this, index] {
+        this,
+        [this, index] {
             if (const auto &run = m_entries.at(index).run)
                 run();
         },

@@ -30,8 +30,7 @@ class SurfaceMenu : public QObject
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
 
 public:
-    struct Entry
-    {
+    struct Entry {
         QString text; // empty: a separator
         std::function<void()> run;
     };

@@ -18,14 +18,14 @@ SurfaceShadow::SurfaceShadow(QQmlEngine &engine, const QString &title)
     // Like the surface: over any top panel, never focused, left alone by the window
     // manager; and no click ever lands on it.
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
-                    | Qt::X11BypassWindowManagerHint | Qt::WindowTransparentForInput);
+        | Qt::X11BypassWindowManagerHint | Qt::WindowTransparentForInput);
     window.setTitle(title);
     QSurfaceFormat format = window.requestedFormat();
     format.setAlphaBufferSize(8);
     window.setFormat(format);
     window.setColor(Qt::transparent);
     window.setResizeMode(QQuickView::SizeRootObjectToView);
-    window.setInitialProperties({{QStringLiteral("spread"), spread}});
+    window.setInitialProperties({ { QStringLiteral("spread"), spread } });
     window.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Surfaces/ShadowView.qml")));
     if (window.status() == QQuickView::Error) {
         for (const QQmlError &error : window.errors())
@@ -62,7 +62,7 @@ void SurfaceShadow::follow(const QRect &surfaceFrame, double radius)
     // compositor the shadow would otherwise darken a translucent surface.
     const QRect surfaceInShadow(QPoint(spread, 0), surfaceFrame.size());
     m_window->setMask(QRegion(QRect(QPoint(0, 0), frame.size()))
-                      - roundedRegion(surfaceInShadow.size(), radius).translated(surfaceInShadow.topLeft()));
+        - roundedRegion(surfaceInShadow.size(), radius).translated(surfaceInShadow.topLeft()));
     if (QQuickItem *root = m_window->rootObject())
         root->setProperty("radius", radius);
 }

@@ -25,7 +25,8 @@ QUrl webAddress(const QString &raw)
 {
     const QUrl url(raw.trimmed(), QUrl::StrictMode);
     const QString scheme = url.scheme().toLower();
-    return url.isValid() && !url.host().isEmpty() && (scheme == QLatin1String("https") || scheme == QLatin1String("http"))
+    return url.isValid() && !url.host().isEmpty()
+            && (scheme == QLatin1String("https") || scheme == QLatin1String("http"))
         ? url
         : QUrl();
 }
@@ -65,8 +66,8 @@ AppcastItem readItem(QXmlStreamReader &reader)
         }
     }
     item.version = cleanVersion(!elementVersion.trimmed().isEmpty() ? elementVersion : enclosureVersion);
-    const QString shortVersion =
-        cleanVersion(!elementShortVersion.trimmed().isEmpty() ? elementShortVersion : enclosureShortVersion);
+    const QString shortVersion
+        = cleanVersion(!elementShortVersion.trimmed().isEmpty() ? elementShortVersion : enclosureShortVersion);
     item.displayVersion = shortVersion.isEmpty() ? item.version : shortVersion;
     item.downloadPage = !link.isEmpty() ? link : enclosure;
     return item;
@@ -92,7 +93,7 @@ QList<Part> partsOf(QStringView version)
         const qsizetype start = i;
         while (i < version.size() && version[i].isLetterOrNumber() && version[i].isDigit() == digit)
             ++i;
-        parts.append({digit, version.mid(start, i - start)});
+        parts.append({ digit, version.mid(start, i - start) });
     }
     return parts;
 }
@@ -112,7 +113,8 @@ int compareNumbers(QStringView a, QStringView b)
 
 bool isZero(const Part &part)
 {
-    return part.number && std::all_of(part.text.begin(), part.text.end(), [](QChar c) { return c == QLatin1Char('0'); });
+    return part.number
+        && std::all_of(part.text.begin(), part.text.end(), [](QChar c) { return c == QLatin1Char('0'); });
 }
 
 } // namespace
@@ -150,9 +152,8 @@ std::optional<AppcastItem> newest(const QList<AppcastItem> &items)
     if (items.isEmpty())
         return std::nullopt;
     // The first of equal versions: feeds list the newest first.
-    const auto best = std::max_element(items.cbegin(), items.cend(), [](const AppcastItem &a, const AppcastItem &b) {
-        return compareVersions(a.version, b.version) < 0;
-    });
+    const auto best = std::max_element(items.cbegin(), items.cend(),
+        [](const AppcastItem &a, const AppcastItem &b) { return compareVersions(a.version, b.version) < 0; });
     return *best;
 }
 

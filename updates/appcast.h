@@ -15,10 +15,10 @@ namespace ledgewise {
 // One release in an appcast feed: an RSS item whose enclosure (or a child element)
 // carries its version.
 struct AppcastItem {
-    QString version;        // compared with ours
+    QString version; // compared with ours
     QString displayVersion; // what the user reads: the short version when there is one
-    QUrl releaseNotes;      // http(s) only, else empty
-    QUrl downloadPage;      // the item's link, else its enclosure; http(s) only, else empty
+    QUrl releaseNotes; // http(s) only, else empty
+    QUrl downloadPage; // the item's link, else its enclosure; http(s) only, else empty
 };
 
 namespace Appcast {

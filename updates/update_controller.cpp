@@ -91,8 +91,7 @@ void UpdateController::fetched(const FeedFetcher::Result &result)
     case FeedFetcher::Failure::unreachable:
         finish(State::failed, tr("The update feed could not be reached: %1.").arg(result.detail));
         return;
-    case FeedFetcher::Failure::httpStatus:
-    {
+    case FeedFetcher::Failure::httpStatus: {
         // The server's reason phrase is its own text: a short one is kept.
         QString answer = QString::number(result.httpStatus);
         if (const QString reason = result.detail.simplified(); !reason.isEmpty() && reason.size() <= 60)
@@ -108,7 +107,7 @@ void UpdateController::fetched(const FeedFetcher::Result &result)
         return;
     case FeedFetcher::Failure::timedOut:
         finish(State::failed,
-               tr("The update feed did not answer within %1 seconds.").arg(seconds(m_fetcher.limits().deadline)));
+            tr("The update feed did not answer within %1 seconds.").arg(seconds(m_fetcher.limits().deadline)));
         return;
     }
     const std::optional<QList<AppcastItem>> items = Appcast::parse(result.body);
@@ -122,8 +121,8 @@ void UpdateController::fetched(const FeedFetcher::Result &result)
         return;
     }
     m_newest = *newest;
-    finish(Appcast::compareVersions(m_newest.version, m_options.currentVersion) > 0 ? State::available
-                                                                                     : State::upToDate);
+    finish(
+        Appcast::compareVersions(m_newest.version, m_options.currentVersion) > 0 ? State::available : State::upToDate);
 }
 
 void UpdateController::finish(State state, QString failure)
@@ -149,7 +148,8 @@ void UpdateController::scheduleNext()
 
 std::optional<QDateTime> UpdateController::lastCheck() const
 {
-    const QDateTime stored = QDateTime::fromString(m_settings.value(QString::fromLatin1(lastCheckKey)).toString(), Qt::ISODate);
+    const QDateTime stored
+        = QDateTime::fromString(m_settings.value(QString::fromLatin1(lastCheckKey)).toString(), Qt::ISODate);
     if (!stored.isValid())
         return std::nullopt;
     return stored;

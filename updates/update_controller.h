@@ -36,7 +36,7 @@ public:
     Q_ENUM(State)
 
     struct Options {
-        QUrl feed;              // empty: this build checks nothing
+        QUrl feed; // empty: this build checks nothing
         QString currentVersion; // ours
         FeedFetcher::Limits limits;
         std::chrono::milliseconds quietAfterStart = std::chrono::minutes(1);

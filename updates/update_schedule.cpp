@@ -7,7 +7,7 @@
 namespace ledgewise::UpdateSchedule {
 
 QDateTime nextCheck(const QDateTime &startedAt, const std::optional<QDateTime> &lastCheck, const QDateTime &now,
-                    std::chrono::milliseconds quiet)
+    std::chrono::milliseconds quiet)
 {
     const QDateTime earliest = startedAt.addMSecs(quiet.count());
     if (!lastCheck || !lastCheck->isValid() || *lastCheck > now)

@@ -14,13 +14,13 @@ namespace ledgewise {
 // counted from the last check, even across restarts.
 namespace UpdateSchedule {
 
-inline constexpr std::chrono::seconds quietAfterStart{60};
-inline constexpr std::chrono::hours interval{24};
+inline constexpr std::chrono::seconds quietAfterStart { 60 };
+inline constexpr std::chrono::hours interval { 24 };
 
 // The moment of the next automatic check. A last check in the future (the clock was
 // set back) is not trusted, so it cannot hold checks off for years.
 QDateTime nextCheck(const QDateTime &startedAt, const std::optional<QDateTime> &lastCheck, const QDateTime &now,
-                    std::chrono::milliseconds quiet = quietAfterStart);
+    std::chrono::milliseconds quiet = quietAfterStart);
 
 // How long from `now` until `nextCheck`; zero when it is already due.
 std::chrono::milliseconds delayUntil(const QDateTime &when, const QDateTime &now);

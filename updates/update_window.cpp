@@ -30,8 +30,8 @@ void UpdateWindow::show(bool activate)
 {
     if (!m_window) {
         QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Updates/UpdateWindow.qml")));
-        std::unique_ptr<QObject> root(
-            component.createWithInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(&m_controller)}}));
+        std::unique_ptr<QObject> root(component.createWithInitialProperties(
+            { { QStringLiteral("controller"), QVariant::fromValue(&m_controller) } }));
         auto *window = qobject_cast<QQuickWindow *>(root.get());
         if (!window) {
             // Only a broken build gets here; say why rather than show nothing silently.

@@ -31,7 +31,7 @@ namespace {
 
 QString findWindow(const QString &name)
 {
-    return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), name});
+    return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), name });
 }
 
 double cpuMs(qint64 pid)
@@ -49,12 +49,12 @@ double cpuMs(qint64 pid)
 void writePreferences()
 {
     ledgewise::Preferences preferences;
-    preferences.leftModuleIDs = {ledgewise::ModuleID::timer};
+    preferences.leftModuleIDs = { ledgewise::ModuleID::timer };
     preferences.style = ledgewise::NotchStyle::classic;
     preferences.animateInterface = false;
     QSettings settings(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
                            .filePath(QStringLiteral("Ledgewise/Ledgewise.conf")),
-                       QSettings::NativeFormat);
+        QSettings::NativeFormat);
     settings.setValue(QStringLiteral("ledgewise.preferences"), *ledgewise::encodePreferences(preferences));
 }
 
@@ -63,12 +63,13 @@ void writePreferences()
 bool startCountdown()
 {
     const auto click = [](int x, int y) {
-        xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y), QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QString::number(x), QString::number(y), QStringLiteral("click"),
+            QStringLiteral("1") });
         QThread::msleep(300);
     };
-    click(80 + 42, 15);      // open
+    click(80 + 42, 15); // open
     click(80 + 12 + 16, 48); // the first preset, "5m", under the panel's title
-    click(756, 600);         // elsewhere: close
+    click(756, 600); // elsewhere: close
     for (int i = 0; i < 20 && bench::surfaceWidth(QStringLiteral("left")) != 132; ++i)
         QThread::msleep(100);
     return bench::surfaceWidth(QStringLiteral("left")) == 132;
@@ -91,7 +92,7 @@ QMap<QString, QPair<QString, long long>> wakesByThread(qint64 pid)
             else if (line.startsWith("voluntary_ctxt_switches:"))
                 wakes = line.mid(24).trimmed().toLongLong();
         }
-        threads.insert(tid, {name, wakes});
+        threads.insert(tid, { name, wakes });
     }
     return threads;
 }
@@ -112,14 +113,15 @@ void measureIdle(qint64 pid, int seconds, const char *label)
         if (woke > 0)
             perThread.append(QStringLiteral("%1 %2").arg(it->first).arg(double(woke) / seconds, 0, 'f', 2));
     }
-    bench::print(label, QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
-                            .arg(cpuMs(pid) - cpuBefore, 0, 'f', 1)
-                            .arg(wakes)
-                            .arg(seconds)
-                            .arg(double(wakes) / seconds, 0, 'f', 2));
+    bench::print(label,
+        QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
+            .arg(cpuMs(pid) - cpuBefore, 0, 'f', 1)
+            .arg(wakes)
+            .arg(seconds)
+            .arg(double(wakes) / seconds, 0, 'f', 2));
     // Which threads woke: the main thread carries the process's name.
     bench::print((QByteArray(label) + ", a second by thread").constData(),
-                 perThread.isEmpty() ? QStringLiteral("none") : perThread.join(QStringLiteral(", ")));
+        perThread.isEmpty() ? QStringLiteral("none") : perThread.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -128,7 +130,9 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QString program = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(LEDGEWISE_BINARY);
-    const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") > 0 ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") : 60;
+    const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS") > 0
+        ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_SECONDS")
+        : 60;
     bench::fillHistory();
     writePreferences();
 
@@ -143,12 +147,13 @@ int main(int argc, char *argv[])
     }
     while (findWindow(QStringLiteral("Ledgewise left surface")).isEmpty() && clock.elapsed() < 20000)
         QThread::msleep(5);
-    bench::print("app: start to first surface mapped", QStringLiteral("%1 ms (polled every ~5 ms)").arg(clock.elapsed()));
+    bench::print(
+        "app: start to first surface mapped", QStringLiteral("%1 ms (polled every ~5 ms)").arg(clock.elapsed()));
 
     QThread::msleep(1500);
     const qint64 pid = ledgewise.processId();
     bench::print("app: resident memory, two surfaces, 50 entries",
-                 QStringLiteral("%1 MB").arg(bench::residentKilobytes(pid) / 1024.0, 0, 'f', 1));
+        QStringLiteral("%1 MB").arg(bench::residentKilobytes(pid) / 1024.0, 0, 'f', 1));
 
     measureIdle(pid, seconds, "app: idle with surfaces shown");
 

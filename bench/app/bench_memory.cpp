@@ -51,8 +51,9 @@ QString residentFigure(qint64 pid)
 bool surfaceShown(const QString &side)
 {
     QProcess xdotool;
-    xdotool.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                              QStringLiteral("Ledgewise %1 surface").arg(side)});
+    xdotool.start(QStringLiteral("xdotool"),
+        { QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+            QStringLiteral("Ledgewise %1 surface").arg(side) });
     xdotool.waitForFinished(5000);
     return !xdotool.readAllStandardOutput().trimmed().isEmpty();
 }
@@ -62,7 +63,8 @@ void copyElsewhere(const QByteArray &text)
 {
     QProcess xclip;
     xclip.setStandardOutputFile(QProcess::nullDevice());
-    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+    xclip.start(
+        QStringLiteral("xclip"), { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i") });
     xclip.waitForStarted(5000);
     xclip.write(text);
     xclip.closeWriteChannel();
@@ -73,7 +75,7 @@ void copyElsewhere(const QByteArray &text)
 QString copyqCount()
 {
     QProcess copyq;
-    copyq.start(QStringLiteral("copyq"), {QStringLiteral("count")});
+    copyq.start(QStringLiteral("copyq"), { QStringLiteral("count") });
     copyq.waitForFinished(10000);
     return QString::fromUtf8(copyq.readAllStandardOutput()).trimmed();
 }
@@ -125,7 +127,7 @@ int main(int argc, char *argv[])
     bench::print("memory: Ledgewise after 50 copies", residentFigure(ledgewise.processId()));
     if (haveCopyq) {
         bench::print("memory: CopyQ after 50 copies",
-                     QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
+            QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
     }
 
     // Then 50 large copies: texts of 4 MiB, each different (Ledgewise keeps 1 MiB of each).
@@ -138,8 +140,8 @@ int main(int argc, char *argv[])
     bench::print("memory: Ledgewise after 50 large copies", residentFigure(ledgewise.processId()));
     if (haveCopyq) {
         bench::print("memory: CopyQ after 50 large copies",
-                     QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
-        QProcess::execute(QStringLiteral("copyq"), {QStringLiteral("exit")});
+            QStringLiteral("%1, %2 entries").arg(residentFigure(copyq.processId()), copyqCount()));
+        QProcess::execute(QStringLiteral("copyq"), { QStringLiteral("exit") });
         if (!copyq.waitForFinished(10000))
             copyq.kill();
     }

@@ -36,7 +36,7 @@ namespace {
 // Copies `bytes` in another application and returns it (it keeps serving the clipboard).
 std::unique_ptr<QProcess> copyElsewhere(const QByteArray &bytes, const QString &target = QString())
 {
-    QStringList arguments = {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")};
+    QStringList arguments = { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i") };
     if (!target.isEmpty())
         arguments << QStringLiteral("-t") << target;
     auto process = std::make_unique<QProcess>();
@@ -76,7 +76,6 @@ struct LoopWatch {
     qint64 last = 0;
     qint64 longest = 0;
 };
-
 
 // Resident memory now and at its highest, from /proc/self/status.
 QString residentMemory()
@@ -165,8 +164,9 @@ bool fiftyLargeCopies()
 
     const QString memoryBefore = residentMemory();
     QProcess copier;
-    copier.start(QStringLiteral("bash"), {QStringLiteral("-c"), QString::fromLatin1(largeCopier), QStringLiteral("copier"),
-                                          text, picture, QStringLiteral(LEDGEWISE_CLIPBOARD_OFFER)});
+    copier.start(QStringLiteral("bash"),
+        { QStringLiteral("-c"), QString::fromLatin1(largeCopier), QStringLiteral("copier"), text, picture,
+            QStringLiteral(LEDGEWISE_CLIPBOARD_OFFER) });
     copier.waitForStarted();
     clock.start();
     ticker.start();
@@ -181,16 +181,16 @@ bool fiftyLargeCopies()
     store->flush();
     const QString memory = residentMemory();
     bench::print("clipboard: 50 large copies (45 x 4 MiB, 5 x 31.5 MP)",
-                 QStringLiteral("16 ms timer: largest gap %1 ms, %2 of %3 ticks over 32 ms (%4 s)")
-                     .arg(longestGap / 1e6, 0, 'f', 0)
-                     .arg(late)
-                     .arg(ticks)
-                     .arg(seconds, 0, 'f', 1));
+        QStringLiteral("16 ms timer: largest gap %1 ms, %2 of %3 ticks over 32 ms (%4 s)")
+            .arg(longestGap / 1e6, 0, 'f', 0)
+            .arg(late)
+            .arg(ticks)
+            .arg(seconds, 0, 'f', 1));
     bench::print("clipboard: after 50 large copies",
-                 QStringLiteral("history file %1, pictures %2; before: %3; after: %4")
-                     .arg(QLocale::c().formattedDataSize(QFileInfo(store->historyPath()).size()))
-                     .arg(QLocale::c().formattedDataSize(folderSize(store->imagesDirectory())))
-                     .arg(memoryBefore, memory));
+        QStringLiteral("history file %1, pictures %2; before: %3; after: %4")
+            .arg(QLocale::c().formattedDataSize(QFileInfo(store->historyPath()).size()))
+            .arg(QLocale::c().formattedDataSize(folderSize(store->imagesDirectory())))
+            .arg(memoryBefore, memory));
     store.reset();
     {
         // The next start reads this history back, on the main thread.
@@ -198,7 +198,7 @@ bool fiftyLargeCopies()
         timer.start();
         ClipboardStore again(pasteboard, folder.path(), 50, false);
         bench::print("clipboard: start with that history",
-                     QStringLiteral("%1 ms to load %2 entries").arg(timer.nsecsElapsed() / 1e6, 0, 'f', 0).arg(again.count()));
+            QStringLiteral("%1 ms to load %2 entries").arg(timer.nsecsElapsed() / 1e6, 0, 'f', 0).arg(again.count()));
     }
     // The last copier leaves once someone else owns the clipboard.
     QGuiApplication::clipboard()->setText(QStringLiteral("done"));
@@ -227,7 +227,8 @@ int main(int argc, char *argv[])
     for (int i = 0; i < 50; ++i) {
         const QByteArray text = QStringLiteral("copy number %1").arg(i).toUtf8();
         auto offer = std::make_unique<QProcess>();
-        offer->start(QStringLiteral(LEDGEWISE_CLIPBOARD_OFFER), {QStringLiteral("text/plain=") + QString::fromUtf8(text)});
+        offer->start(
+            QStringLiteral(LEDGEWISE_CLIPBOARD_OFFER), { QStringLiteral("text/plain=") + QString::fromUtf8(text) });
         // Blocking: the store cannot look at the clipboard before the clock starts.
         if (!offer->waitForReadyRead(10000) || offer->readLine().trimmed() != "ready") {
             std::printf("the other application did not take the clipboard\n");
@@ -252,8 +253,9 @@ int main(int argc, char *argv[])
     }
     const auto capture = bench::statsOf(latencies);
     bench::print("clipboard: owner ready to entry on disk",
-                 QStringLiteral("median %1 ms, worst %2 ms (50 copies)")
-                     .arg(capture.median, 0, 'f', 2).arg(capture.worst, 0, 'f', 2));
+        QStringLiteral("median %1 ms, worst %2 ms (50 copies)")
+            .arg(capture.median, 0, 'f', 2)
+            .arg(capture.worst, 0, 'f', 2));
 
     {
         QElapsedTimer timer;
@@ -262,17 +264,17 @@ int main(int argc, char *argv[])
         for (int i = 0; i < polls; ++i)
             emit pasteboard.changed(); // the poll step, with the counter unchanged
         bench::print("clipboard: one poll, counter unchanged",
-                     QStringLiteral("%1 ns").arg(timer.nsecsElapsed() / double(polls), 0, 'f', 0));
+            QStringLiteral("%1 ns").arg(timer.nsecsElapsed() / double(polls), 0, 'f', 0));
     }
 
-    for (int size : {1024, 1024 * 1024}) {
+    for (int size : { 1024, 1024 * 1024 }) {
         // A history of 50 such entries, loaded from disk; toggling a pin runs the
         // store's own save of the whole history.
         QTemporaryDir persistFolder;
         QList<ClipboardItem> items;
         for (int i = 0; i < 50; ++i)
-            items.append({QUuid::createUuid(), double(i), ClipboardKind::text, QString(size, QLatin1Char('a' + i % 26)),
-                          {}, {}, false});
+            items.append({ QUuid::createUuid(), double(i), ClipboardKind::text,
+                QString(size, QLatin1Char('a' + i % 26)), {}, {}, false });
         {
             QFile seed(QDir(persistFolder.path()).filePath(QStringLiteral("clipboard.json")));
             seed.open(QIODevice::WriteOnly);
@@ -299,13 +301,15 @@ int main(int argc, char *argv[])
         }
         const auto held = bench::statsOf(handOver);
         const auto disk = bench::statsOf(onDisk);
-        bench::print(qPrintable(QStringLiteral("clipboard: save of 50 entries of %1").arg(size == 1024 ? "1 KB" : "1 MB")),
-                     QStringLiteral("main thread median %1 ms, worst %2 ms; on disk after median %3 ms, worst %4 ms (%5 file, 11 saves)")
-                         .arg(held.median, 0, 'f', 2)
-                         .arg(held.worst, 0, 'f', 2)
-                         .arg(disk.median, 0, 'f', 1)
-                         .arg(disk.worst, 0, 'f', 1)
-                         .arg(QLocale::c().formattedDataSize(QFileInfo(saving.historyPath()).size())));
+        bench::print(
+            qPrintable(QStringLiteral("clipboard: save of 50 entries of %1").arg(size == 1024 ? "1 KB" : "1 MB")),
+            QStringLiteral(
+                "main thread median %1 ms, worst %2 ms; on disk after median %3 ms, worst %4 ms (%5 file, 11 saves)")
+                .arg(held.median, 0, 'f', 2)
+                .arg(held.worst, 0, 'f', 2)
+                .arg(disk.median, 0, 'f', 1)
+                .arg(disk.worst, 0, 'f', 1)
+                .arg(QLocale::c().formattedDataSize(QFileInfo(saving.historyPath()).size())));
     }
 
     // The history is full by now: whether a copy was kept shows in a save, not the count.
@@ -316,9 +320,9 @@ int main(int argc, char *argv[])
         owner = copyElsewhere(QByteArray(40 * 1024 * 1024, 'x'));
         waitFor([&] { return false; }, 3000);
         bench::print("clipboard: 40 MB of text copied elsewhere",
-                     QStringLiteral("main thread held at most %1 ms; %2")
-                         .arg(watch.longestMs(), 0, 'f', 0)
-                         .arg(saved ? QStringLiteral("captured, cut to 1 MiB") : QStringLiteral("skipped")));
+            QStringLiteral("main thread held at most %1 ms; %2")
+                .arg(watch.longestMs(), 0, 'f', 0)
+                .arg(saved ? QStringLiteral("captured, cut to 1 MiB") : QStringLiteral("skipped")));
     }
     {
         QImage image(10000, 5000, QImage::Format_RGB32);
@@ -333,9 +337,9 @@ int main(int argc, char *argv[])
         waitFor([&] { return false; }, 3000);
         store.flush();
         bench::print("clipboard: 50-megapixel image copied elsewhere",
-                     QStringLiteral("main thread held at most %1 ms; %2")
-                         .arg(watch.longestMs(), 0, 'f', 0)
-                         .arg(saved ? QStringLiteral("captured") : QStringLiteral("skipped (too large)")));
+            QStringLiteral("main thread held at most %1 ms; %2")
+                .arg(watch.longestMs(), 0, 'f', 0)
+                .arg(saved ? QStringLiteral("captured") : QStringLiteral("skipped (too large)")));
     }
     owner.reset();
     return 0;

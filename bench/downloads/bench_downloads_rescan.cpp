@@ -28,7 +28,7 @@ void waitForListing(DownloadsStore &store)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    for (int files : {100, 1000, 10000, 100000}) {
+    for (int files : { 100, 1000, 10000, 100000 }) {
         QTemporaryDir folder;
         bench::fillFolder(folder.path(), files);
         DownloadsStore store(folder.path(), nullptr);
@@ -44,10 +44,10 @@ int main(int argc, char *argv[])
         }
         const auto stats = bench::statsOf(samples);
         bench::print(qPrintable(QStringLiteral("downloads listing, %1 files").arg(files)),
-                     QStringLiteral("median %1 ms, worst %2 ms (%3 runs, off the main thread)")
-                         .arg(stats.median, 0, 'f', 2)
-                         .arg(stats.worst, 0, 'f', 2)
-                         .arg(runs));
+            QStringLiteral("median %1 ms, worst %2 ms (%3 runs, off the main thread)")
+                .arg(stats.median, 0, 'f', 2)
+                .arg(stats.worst, 0, 'f', 2)
+                .arg(runs));
     }
     return 0;
 }

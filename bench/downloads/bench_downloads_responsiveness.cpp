@@ -42,8 +42,9 @@ public:
         const qint64 ns = timer.nsecsElapsed();
         if (ns > longestNs && receiver->thread() == thread()) {
             longestNs = ns;
-            longestWhat = QStringLiteral("%1 to %2").arg(int(event->type())).arg(
-                QString::fromLatin1(receiver->metaObject()->className()));
+            longestWhat = QStringLiteral("%1 to %2")
+                              .arg(int(event->type()))
+                              .arg(QString::fromLatin1(receiver->metaObject()->className()));
         }
         return result;
     }
@@ -69,8 +70,7 @@ public:
             if (fd >= 0)
                 ::close(fd);
         })
-    {
-    }
+    { }
     ~Writer()
     {
         m_stop.store(true);
@@ -79,8 +79,8 @@ public:
     int writes() const { return m_writes.load(); }
 
 private:
-    std::atomic<bool> m_stop{false};
-    std::atomic<int> m_writes{0};
+    std::atomic<bool> m_stop { false };
+    std::atomic<int> m_writes { 0 };
     std::thread m_thread;
 };
 
@@ -134,22 +134,23 @@ void run(TimingApplication &app, int files)
 
     const QString label = QStringLiteral("downloads, %1 files, writer every %2 ms").arg(files).arg(writeEveryMs);
     bench::print(qPrintable(label + QStringLiteral(": ticks")),
-                 QStringLiteral("%1 of %2 ran, %3 on time (%4 %), longest gap %5 ms (ending at %6 ms)")
-                     .arg(ticks.size())
-                     .arg(expected)
-                     .arg(onTime)
-                     .arg(std::min(100.0, 100.0 * onTime / expected), 0, 'f', 1)
-                     .arg(longestGap)
-                     .arg(longestGapEnd));
+        QStringLiteral("%1 of %2 ran, %3 on time (%4 %), longest gap %5 ms (ending at %6 ms)")
+            .arg(ticks.size())
+            .arg(expected)
+            .arg(onTime)
+            .arg(std::min(100.0, 100.0 * onTime / expected), 0, 'f', 1)
+            .arg(longestGap)
+            .arg(longestGapEnd));
     const DownloadItem first = store.items().value(0);
     bench::print(qPrintable(label + QStringLiteral(": store")),
-                 QStringLiteral("created in %1 ms, first list after %2 ms, longest event %3 ms (%4), %5 writes; shown first: %6 (%7)")
-                     .arg(createdAfter)
-                     .arg(listedAfter)
-                     .arg(app.longestNs / 1e6, 0, 'f', 1)
-                     .arg(app.longestWhat)
-                     .arg(writes)
-                     .arg(first.name, rawValue(first.status)));
+        QStringLiteral(
+            "created in %1 ms, first list after %2 ms, longest event %3 ms (%4), %5 writes; shown first: %6 (%7)")
+            .arg(createdAfter)
+            .arg(listedAfter)
+            .arg(app.longestNs / 1e6, 0, 'f', 1)
+            .arg(app.longestWhat)
+            .arg(writes)
+            .arg(first.name, rawValue(first.status)));
 }
 
 } // namespace
@@ -157,7 +158,7 @@ void run(TimingApplication &app, int files)
 int main(int argc, char *argv[])
 {
     TimingApplication app(argc, argv);
-    for (int files : {10000, 100000})
+    for (int files : { 10000, 100000 })
         run(app, files);
     return 0;
 }

@@ -27,7 +27,7 @@ class SummaryReader final : public QObject, public DragDestinationHandling
 {
 public:
     void dragDidEnter(std::shared_ptr<const DropPayload> payload) override { summary = payload->summary(); }
-    void dragDidExit() override {}
+    void dragDidExit() override { }
     void dragDidDrop(std::shared_ptr<const DropPayload> payload) override
     {
         summary = payload->summary();
@@ -72,8 +72,8 @@ void run(const char *name, const QMimeData &data)
         QDropEvent event(centre + QPoint(19, 0), actions, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window, &event);
     });
-    std::printf("%-28s enter %7.1f ms   longest move %5.2f ms   drop %7.1f ms   summary %lld characters\n", name,
-                enter, move, drop, static_cast<long long>(reader.summary.size()));
+    std::printf("%-28s enter %7.1f ms   longest move %5.2f ms   drop %7.1f ms   summary %lld characters\n", name, enter,
+        move, drop, static_cast<long long>(reader.summary.size()));
     // A dropped text is converted whole only when an action (Copy, Share, Send) asks for
     // it, once; Save converts its own copy on its worker.
     if (reader.dropped && reader.dropped->text) {
@@ -101,7 +101,7 @@ int main(int argc, char *argv[])
     run("10,000 files", many);
 
     QMimeData longName;
-    longName.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/") + QString(4000, QLatin1Char('n')))});
+    longName.setUrls({ QUrl::fromLocalFile(QStringLiteral("/tmp/") + QString(4000, QLatin1Char('n'))) });
     run("4,000-character file name", longName);
     return 0;
 }

@@ -44,8 +44,8 @@ struct Run {
 
 // Saves `payload` into `folder` with a 16 ms timer running; cancels once the save is
 // `cancelAt` through, when given.
-Run saveWithTicks(const DropPayload &payload, const QString &folder, double cancelAt = 2.0,
-                  double *cancelSeconds = nullptr)
+Run saveWithTicks(
+    const DropPayload &payload, const QString &folder, double cancelAt = 2.0, double *cancelSeconds = nullptr)
 {
     DropSaves saves([folder] { return folder; });
     QEventLoop loop;
@@ -81,14 +81,14 @@ Run saveWithTicks(const DropPayload &payload, const QString &folder, double canc
 
 DropPayload filesPayload(const QString &path)
 {
-    return DropPayload{DropPayload::Kind::files, {QUrl::fromLocalFile(path)}, {}, std::nullopt, std::nullopt};
+    return DropPayload { DropPayload::Kind::files, { QUrl::fromLocalFile(path) }, {}, std::nullopt, std::nullopt };
 }
 
 void print(const char *what, double megabytes, const Run &run)
 {
     const double onTime = run.ticks ? 100.0 * (run.ticks - run.late) / run.ticks : 0;
-    std::printf("%-34s %7.0f MiB in %6.2f s (%6.0f MiB/s); frames %4d, %5.1f %% on time, longest gap %3lld ms\n",
-                what, megabytes, run.seconds, megabytes / run.seconds, run.ticks, onTime, run.longestGapMs);
+    std::printf("%-34s %7.0f MiB in %6.2f s (%6.0f MiB/s); frames %4d, %5.1f %% on time, longest gap %3lld ms\n", what,
+        megabytes, run.seconds, megabytes / run.seconds, run.ticks, onTime, run.longestGapMs);
 }
 
 } // namespace
@@ -111,14 +111,17 @@ int main(int argc, char *argv[])
     QDir().mkpath(folder);
     for (int i = 0; i < 4000; ++i)
         makeFile(QDir(folder).filePath(QStringLiteral("IMG_%1.jpg").arg(i, 4, 10, QLatin1Char('0'))), 64 * 1024, 'p');
-    print("a folder of 4,000 files of 64 KiB", 4000 * 64 / 1024.0, saveWithTicks(filesPayload(folder), downloads.path()));
+    print(
+        "a folder of 4,000 files of 64 KiB", 4000 * 64 / 1024.0, saveWithTicks(filesPayload(folder), downloads.path()));
 
     QTemporaryDir cancelled(QDir::home().filePath(QStringLiteral("bench-drop-cancel-XXXXXX")));
     double cancelSeconds = 0;
     const Run run = saveWithTicks(filesPayload(big), cancelled.path(), 0.3, &cancelSeconds);
-    const qsizetype left =
-        QDir(cancelled.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot).size();
-    std::printf("cancel of 1 GiB at 30 %%: ended %.0f ms after Cancel, %lld entries left in the folder, longest gap %lld ms\n",
-                cancelSeconds * 1000, static_cast<long long>(left), run.longestGapMs);
+    const qsizetype left = QDir(cancelled.path())
+                               .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+                               .size();
+    std::printf(
+        "cancel of 1 GiB at 30 %%: ended %.0f ms after Cancel, %lld entries left in the folder, longest gap %lld ms\n",
+        cancelSeconds * 1000, static_cast<long long>(left), run.longestGapMs);
     return 0;
 }

@@ -30,11 +30,12 @@ void measure(const char *name, int seconds)
     const double cpu = bench::cpuMilliseconds() - cpuBefore;
     // The one wake-up that ends the measurement is not the stores'.
     const long long wakes = bench::wakeUps() - wakesBefore - 1;
-    bench::print(name, QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
-                           .arg(cpu, 0, 'f', 1)
-                           .arg(wakes)
-                           .arg(seconds)
-                           .arg(double(wakes) / seconds, 0, 'f', 2));
+    bench::print(name,
+        QStringLiteral("%1 ms CPU, %2 wake-ups in %3 s (%4 a second)")
+            .arg(cpu, 0, 'f', 1)
+            .arg(wakes)
+            .arg(seconds)
+            .arg(double(wakes) / seconds, 0, 'f', 2));
 }
 
 } // namespace

@@ -48,10 +48,10 @@ bool altSpaceHeldElsewhere()
     xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(connection);
     xcb_keycode_t *keycodes = xcb_key_symbols_get_keycode(symbols, 0x20);
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const XcbReply<xcb_generic_error_t> error{
-        keycodes ? xcb_request_check(connection, xcb_grab_key_checked(connection, 0, root, XCB_MOD_MASK_1, keycodes[0],
-                                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))
-                 : nullptr};
+    const XcbReply<xcb_generic_error_t> error { keycodes ? xcb_request_check(connection,
+                                                    xcb_grab_key_checked(connection, 0, root, XCB_MOD_MASK_1,
+                                                        keycodes[0], XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))
+                                                         : nullptr };
     const bool held = error && error->error_code == XCB_ACCESS;
     std::free(keycodes);
     xcb_key_symbols_free(symbols);
@@ -71,10 +71,10 @@ void measureStartUp()
         ledgewise.start(QStringLiteral(LEDGEWISE_BINARY), {});
         if (!ledgewise.waitForStarted(10000))
             return bench::print("shortcuts: start-up", QStringLiteral("could not start %1").arg(LEDGEWISE_BINARY));
-        while (bench::xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                               QStringLiteral("Ledgewise left surface")})
+        while (bench::xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                  QStringLiteral("Ledgewise left surface") })
                    .isEmpty()
-               && clock.elapsed() < 20000)
+            && clock.elapsed() < 20000)
             QThread::msleep(5);
         samples.append(double(clock.elapsed()));
         held += altSpaceHeldElsewhere() ? 1 : 0;
@@ -83,12 +83,12 @@ void measureStartUp()
     }
     const bench::Stats stats = bench::statsOf(samples);
     bench::print("shortcuts: start to first surface, keys grabbed",
-                 QStringLiteral("median %1 ms, worst %2 ms over %3 starts (polled every ~5 ms); "
-                                "Alt+Space held by Ledgewise at %4 of them")
-                     .arg(stats.median)
-                     .arg(stats.worst)
-                     .arg(starts)
-                     .arg(held));
+        QStringLiteral("median %1 ms, worst %2 ms over %3 starts (polled every ~5 ms); "
+                       "Alt+Space held by Ledgewise at %4 of them")
+            .arg(stats.median)
+            .arg(stats.worst)
+            .arg(starts)
+            .arg(held));
 }
 
 // Presses Alt+Space `presses` times in the running model and times each release.
@@ -99,9 +99,7 @@ public:
         : m_surface(model.notchController()->controllers().front().get())
         , m_releases(model.hotKeys()->events(ApplicationShortcuts::toggleLeft(), GlobalShortcuts::EventType::keyUp))
     {
-        connect(m_releases.get(), &GlobalShortcuts::HotKeyEvents::keyUp, this, [this] {
-            m_received.start();
-        });
+        connect(m_releases.get(), &GlobalShortcuts::HotKeyEvents::keyUp, this, [this] { m_received.start(); });
         connect(m_surface->window(), &QQuickWindow::frameSwapped, this, [this] {
             if (!m_received.isValid())
                 return;
@@ -109,9 +107,8 @@ public:
             m_fromReceived.append(double(m_received.nsecsElapsed()) / 1e6);
             m_received.invalidate();
         });
-        connect(m_surface, &NotchWindowController::moveFinished, this, [this] {
-            QTimer::singleShot(100, this, &ReleaseToFrame::press);
-        });
+        connect(m_surface, &NotchWindowController::moveFinished, this,
+            [this] { QTimer::singleShot(100, this, &ReleaseToFrame::press); });
     }
 
     void press()
@@ -120,21 +117,21 @@ public:
             const bench::Stats sent = bench::statsOf(m_fromSent);
             const bench::Stats received = bench::statsOf(m_fromReceived);
             bench::print("shortcuts: key release sent to first frame",
-                         QStringLiteral("median %1 ms, worst %2 ms over %3 presses (xdotool's start included)")
-                             .arg(sent.median, 0, 'f', 1)
-                             .arg(sent.worst, 0, 'f', 1)
-                             .arg(m_fromSent.size()));
+                QStringLiteral("median %1 ms, worst %2 ms over %3 presses (xdotool's start included)")
+                    .arg(sent.median, 0, 'f', 1)
+                    .arg(sent.worst, 0, 'f', 1)
+                    .arg(m_fromSent.size()));
             bench::print("shortcuts: release handled to first frame",
-                         QStringLiteral("median %1 ms, worst %2 ms")
-                             .arg(received.median, 0, 'f', 1)
-                             .arg(received.worst, 0, 'f', 1));
+                QStringLiteral("median %1 ms, worst %2 ms")
+                    .arg(received.median, 0, 'f', 1)
+                    .arg(received.worst, 0, 'f', 1));
             QCoreApplication::quit();
             return;
         }
         ++m_pressed;
-        bench::xdotool({QStringLiteral("keydown"), QStringLiteral("alt+space")});
+        bench::xdotool({ QStringLiteral("keydown"), QStringLiteral("alt+space") });
         m_sent.start();
-        m_release.start(QStringLiteral("xdotool"), {QStringLiteral("keyup"), QStringLiteral("alt+space")});
+        m_release.start(QStringLiteral("xdotool"), { QStringLiteral("keyup"), QStringLiteral("alt+space") });
     }
 
 private:
@@ -159,7 +156,7 @@ int main(int argc, char *argv[])
     AppModel model;
     model.start();
     // The pointer away from the surfaces, so that no hover widens them meanwhile.
-    bench::xdotool({QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600")});
+    bench::xdotool({ QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600") });
     ReleaseToFrame bench(model);
     QTimer::singleShot(500, &bench, &ReleaseToFrame::press);
     return app.exec();

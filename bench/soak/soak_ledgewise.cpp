@@ -44,13 +44,13 @@ const QPoint dropSave(leftSurfaceX + 103, 58);
 
 void pointerTo(QPoint point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) });
 }
 
 void clickAt(QPoint point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
-             QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
+        QStringLiteral("click"), QStringLiteral("1") });
 }
 
 // Waits up to `seconds` for the surface to be shown open (or closed).
@@ -73,7 +73,7 @@ void writePreferences()
     preferences.animateInterface = false;
     QSettings settings(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
                            .filePath(QStringLiteral("Ledgewise/Ledgewise.conf")),
-                       QSettings::NativeFormat);
+        QSettings::NativeFormat);
     settings.setValue(QStringLiteral("ledgewise.preferences"), *encodePreferences(preferences));
 }
 
@@ -111,11 +111,12 @@ private:
 QString writePicture(const QString &folder, int roundNumber)
 {
     QImage picture(480, 320, QImage::Format_RGB32);
-    QRandomGenerator random{quint32(roundNumber)};
+    QRandomGenerator random { quint32(roundNumber) };
     picture.fill(QColor::fromRgb(random.generate()));
     QPainter painter(&picture);
     for (int i = 0; i < 40; ++i)
-        painter.fillRect(int(random.bounded(480)), int(random.bounded(320)), 40, 30, QColor::fromRgb(random.generate()));
+        painter.fillRect(
+            int(random.bounded(480)), int(random.bounded(320)), 40, 30, QColor::fromRgb(random.generate()));
     painter.end();
     const QString path = QDir(folder).filePath(QStringLiteral("picture.png"));
     picture.save(path);
@@ -127,18 +128,21 @@ QString writePicture(const QString &folder, int roundNumber)
 bool dropText(const QString &text)
 {
     QProcess source;
-    source.start(QStringLiteral(LEDGEWISE_DRAG_SOURCE), {QStringLiteral("600"), QStringLiteral("500"), text});
+    source.start(QStringLiteral(LEDGEWISE_DRAG_SOURCE), { QStringLiteral("600"), QStringLiteral("500"), text });
     if (!source.waitForReadyRead(10000) || source.readLine().trimmed() != "ready")
         return false;
-    for (int i = 0; i < 40 && xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty(); ++i)
+    for (int i = 0; i < 40
+         && xdotool({ QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source") }).isEmpty();
+         ++i)
         QThread::msleep(50);
     pointerTo(QPoint(650, 550));
-    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-    for (const QPoint step : {QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80)}) {
+    xdotool({ QStringLiteral("mousedown"), QStringLiteral("1") });
+    for (const QPoint step :
+        { QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80) }) {
         pointerTo(step);
         QThread::msleep(150);
     }
-    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+    xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
     // The surface reads the text after the button is released: the source lives until
     // it says how the drag ended.
     const bool copied = source.waitForReadyRead(10000) && source.readLine().trimmed() == "copy";
@@ -169,10 +173,12 @@ void oneRound(int round, const QString &scratch, Copier &copier, Counts &counts)
     };
 
     // A text (now and then a long one) and a picture, copied elsewhere.
-    const QString text = QStringLiteral("soak round %1 ").arg(round) + QString(round % 5 == 0 ? 20000 : 40, QLatin1Char('x'));
-    tally(copier.copy({QStringLiteral("text/plain;charset=utf-8=") + text}), counts.copies, "copying a text");
+    const QString text
+        = QStringLiteral("soak round %1 ").arg(round) + QString(round % 5 == 0 ? 20000 : 40, QLatin1Char('x'));
+    tally(copier.copy({ QStringLiteral("text/plain;charset=utf-8=") + text }), counts.copies, "copying a text");
     QThread::msleep(200);
-    tally(copier.copy({QStringLiteral("image/png<") + writePicture(scratch, round)}), counts.copies, "copying a picture");
+    tally(copier.copy({ QStringLiteral("image/png<") + writePicture(scratch, round) }), counts.copies,
+        "copying a picture");
     QThread::msleep(200);
 
     // A drop, then Copy or Save; what Save writes is cleared away again, as a user
@@ -201,8 +207,8 @@ void oneRound(int round, const QString &scratch, Copier &copier, Counts &counts)
     waitForSurface(QStringLiteral("left"), false);
 
     // Each surface opened and closed with the mouse.
-    for (const auto &[side, point] : {std::pair{QStringLiteral("left"), QPoint(leftSurfaceX + 42, 15)},
-                                      std::pair{QStringLiteral("right"), QPoint(rightSurfaceCentreX, 15)}}) {
+    for (const auto &[side, point] : { std::pair { QStringLiteral("left"), QPoint(leftSurfaceX + 42, 15) },
+             std::pair { QStringLiteral("right"), QPoint(rightSurfaceCentreX, 15) } }) {
         clickAt(point);
         tally(waitForSurface(side, true), counts.openings, "opening a surface");
         QThread::msleep(300);
@@ -223,8 +229,11 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QString program = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(LEDGEWISE_BINARY);
-    const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_SOAK_SECONDS") > 0 ? qEnvironmentVariableIntValue("LEDGEWISE_SOAK_SECONDS") : 600;
-    const QString scratch = QDir::temp().filePath(QStringLiteral("ledgewise-soak-%1").arg(QCoreApplication::applicationPid()));
+    const int seconds = qEnvironmentVariableIntValue("LEDGEWISE_SOAK_SECONDS") > 0
+        ? qEnvironmentVariableIntValue("LEDGEWISE_SOAK_SECONDS")
+        : 600;
+    const QString scratch
+        = QDir::temp().filePath(QStringLiteral("ledgewise-soak-%1").arg(QCoreApplication::applicationPid()));
     QDir().mkpath(scratch);
     QDir().mkpath(QDir::home().filePath(QStringLiteral("Downloads")));
     writePreferences();
@@ -253,7 +262,8 @@ int main(int argc, char *argv[])
     qint64 nextSample = 5000;
     qint64 nextReport = 60000;
     // Nothing here runs an event loop: waitForFinished(0) is what notices an end.
-    const auto running = [&ledgewise] { return !ledgewise.waitForFinished(0) && ledgewise.state() == QProcess::Running; };
+    const auto running
+        = [&ledgewise] { return !ledgewise.waitForFinished(0) && ledgewise.state() == QProcess::Running; };
     while (clock.elapsed() < seconds * 1000LL && running()) {
         oneRound(counts.rounds, scratch, copier, counts);
         if (clock.elapsed() >= nextSample) {
@@ -262,33 +272,42 @@ int main(int argc, char *argv[])
             nextSample = clock.elapsed() + 5000;
         }
         if (clock.elapsed() >= nextReport) {
-            bench::print("soak: resident memory at", QStringLiteral("%1 s: %2").arg(clock.elapsed() / 1000).arg(megabytes(last)));
+            bench::print("soak: resident memory at",
+                QStringLiteral("%1 s: %2").arg(clock.elapsed() / 1000).arg(megabytes(last)));
             nextReport += 60000;
         }
     }
     if (!running()) {
         bench::print("soak: Ledgewise ended during the soak",
-                     QStringLiteral("after %1 s and %2 rounds, %3 %4; its messages: %5")
-                         .arg(clock.elapsed() / 1000)
-                         .arg(counts.rounds)
-                         .arg(ledgewise.exitStatus() == QProcess::CrashExit ? "crashed, signal" : "exit code")
-                         .arg(ledgewise.exitCode())
-                         .arg(log));
+            QStringLiteral("after %1 s and %2 rounds, %3 %4; its messages: %5")
+                .arg(clock.elapsed() / 1000)
+                .arg(counts.rounds)
+                .arg(ledgewise.exitStatus() == QProcess::CrashExit ? "crashed, signal" : "exit code")
+                .arg(ledgewise.exitCode())
+                .arg(log));
         return 1;
     }
     last = bench::residentKilobytes(pid);
     highest = std::max(highest, last);
 
     bench::print("soak: duration", QStringLiteral("%1 s, %2 rounds").arg(clock.elapsed() / 1000).arg(counts.rounds));
-    bench::print("soak: done", QStringLiteral("%1 copies, %2 drops, %3 saves, %4 openings, %5 steps missed")
-                                   .arg(counts.copies).arg(counts.drops).arg(counts.saves).arg(counts.openings).arg(counts.misses));
-    QFile history(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)).filePath(QStringLiteral("Ledgewise/clipboard.json")));
+    bench::print("soak: done",
+        QStringLiteral("%1 copies, %2 drops, %3 saves, %4 openings, %5 steps missed")
+            .arg(counts.copies)
+            .arg(counts.drops)
+            .arg(counts.saves)
+            .arg(counts.openings)
+            .arg(counts.misses));
+    QFile history(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+                      .filePath(QStringLiteral("Ledgewise/clipboard.json")));
     const QByteArray entries = history.open(QIODevice::ReadOnly) ? history.readAll() : QByteArray();
-    bench::print("soak: clipboard history at end", QStringLiteral("%1 entries, %2 kB").arg(entries.count("\"id\"")).arg(entries.size() / 1024));
+    bench::print("soak: clipboard history at end",
+        QStringLiteral("%1 entries, %2 kB").arg(entries.count("\"id\"")).arg(entries.size() / 1024));
     bench::print("soak: resident memory at start (after one round)", megabytes(start));
     bench::print("soak: resident memory at end", megabytes(last));
     bench::print("soak: resident memory, highest", megabytes(highest));
-    bench::print("soak: growth, end - start (target under 5 MB)", QStringLiteral("%1 MB").arg((last - start) / 1024.0, 0, 'f', 1));
+    bench::print("soak: growth, end - start (target under 5 MB)",
+        QStringLiteral("%1 MB").arg((last - start) / 1024.0, 0, 'f', 1));
 
     ledgewise.terminate();
     ledgewise.waitForFinished(10000);

@@ -45,7 +45,7 @@ inline Stats statsOf(QList<double> samples)
 // CPU time (user + system) of this process, in milliseconds.
 inline double cpuMilliseconds()
 {
-    rusage usage{};
+    rusage usage {};
     getrusage(RUSAGE_SELF, &usage);
     return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1000.0
         + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1000.0;
@@ -85,15 +85,20 @@ inline long long residentKilobytes(qint64 pid)
 // A history of 50 short texts, as the next start of Ledgewise reads it.
 inline void fillHistory()
 {
-    const QString folder = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
+    const QString folder
+        = QDir(qEnvironmentVariable("XDG_DATA_HOME", QDir::homePath() + "/.local/share")).filePath("Ledgewise");
     QDir().mkpath(folder);
     QFile file(QDir(folder).filePath("clipboard.json"));
     file.open(QIODevice::WriteOnly);
     QByteArray json = "[";
     for (int i = 0; i < 50; ++i) {
-        json += (i ? "," : "") + QStringLiteral(R"({"id":"%1","createdAt":%2,"kind":"text","text":"entry %3 %4","isPinned":false})")
-                                      .arg(QStringLiteral("00000000-0000-4000-8000-%1").arg(i, 12, 10, QLatin1Char('0')))
-                                      .arg(785000000 + i).arg(i).arg(QString(200, QLatin1Char('x'))).toUtf8();
+        json += (i ? "," : "")
+            + QStringLiteral(R"({"id":"%1","createdAt":%2,"kind":"text","text":"entry %3 %4","isPinned":false})")
+                  .arg(QStringLiteral("00000000-0000-4000-8000-%1").arg(i, 12, 10, QLatin1Char('0')))
+                  .arg(785000000 + i)
+                  .arg(i)
+                  .arg(QString(200, QLatin1Char('x')))
+                  .toUtf8();
     }
     file.write(json + "]");
 }
@@ -103,8 +108,9 @@ inline void fillHistory()
 inline void fillFolder(const QString &folder, int files)
 {
     for (int i = 0; i < files; ++i) {
-        const int fd = ::open(QFile::encodeName(QDir(folder).filePath(QStringLiteral("file-%1.bin").arg(i))).constData(),
-                              O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+        const int fd
+            = ::open(QFile::encodeName(QDir(folder).filePath(QStringLiteral("file-%1.bin").arg(i))).constData(),
+                O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
         if (fd >= 0) {
             [[maybe_unused]] const auto written = ::write(fd, "x", 1);
             ::close(fd);
@@ -124,12 +130,13 @@ inline QString xdotool(const QStringList &arguments)
 // How wide the surface of `side` ("left" or "right") is on screen; 0 while it is not shown.
 inline int surfaceWidth(const QString &side)
 {
-    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                QStringLiteral("Ledgewise %1 surface").arg(side)})
+    const QString id = xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                   QStringLiteral("Ledgewise %1 surface").arg(side) })
                            .section(QLatin1Char('\n'), 0, 0);
     if (id.isEmpty())
         return 0;
-    for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id}).split(QLatin1Char('\n'))) {
+    for (const QString &line :
+        xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id }).split(QLatin1Char('\n'))) {
         if (line.startsWith(QLatin1String("WIDTH=")))
             return line.mid(6).toInt();
     }

@@ -6,8 +6,8 @@
 #include "bench/support/bench_support.h"
 #include "surfaces/notch_controller.h"
 
-#include <QGuiApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QQuickView>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -46,8 +46,11 @@ int main(int argc, char *argv[])
             for (int gap : gaps)
                 longest = std::max(longest, gap);
             bench::print("surfaces: frames during one expand",
-                         QStringLiteral("%1 frames in %2 ms (a 60 Hz display shows %3); longest gap %4 ms")
-                             .arg(frames).arg(clock.elapsed()).arg(int(seconds * 60)).arg(longest));
+                QStringLiteral("%1 frames in %2 ms (a 60 Hz display shows %3); longest gap %4 ms")
+                    .arg(frames)
+                    .arg(clock.elapsed())
+                    .arg(int(seconds * 60))
+                    .arg(longest));
             QCoreApplication::quit();
         });
         surface->behaviour().toggleExpanded();

@@ -15,8 +15,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QTimer>
 #include <QTest>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -74,7 +74,9 @@ bench::Stats timeChecks(UpdateController &controller, int rounds)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const int rounds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_ROUNDS") > 0 ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_ROUNDS") : 50;
+    const int rounds = qEnvironmentVariableIntValue("LEDGEWISE_BENCH_ROUNDS") > 0
+        ? qEnvironmentVariableIntValue("LEDGEWISE_BENCH_ROUNDS")
+        : 50;
     testing::FeedServer server;
     if (!server.listen())
         return 1;
@@ -94,12 +96,12 @@ int main(int argc, char *argv[])
     const long long residentAfterOne = bench::residentKilobytes(QCoreApplication::applicationPid());
     const bench::Stats small = timeChecks(controller, rounds);
     std::printf("update check, one-release feed (%lld bytes): median %.2f ms, worst %.2f ms over %d checks\n",
-                qint64(server.body.size()), small.median, small.worst, rounds);
+        qint64(server.body.size()), small.median, small.worst, rounds);
 
     server.body = bigFeed(200);
     const bench::Stats big = timeChecks(controller, rounds);
     std::printf("update check, 200-release feed (%lld bytes): median %.2f ms, worst %.2f ms over %d checks\n",
-                qint64(server.body.size()), big.median, big.worst, rounds);
+        qint64(server.body.size()), big.median, big.worst, rounds);
 
     // Let the released network machinery go.
     QTest::qWait(500);
@@ -107,7 +109,7 @@ int main(int argc, char *argv[])
     const long long residentAfter = bench::residentKilobytes(QCoreApplication::applicationPid());
     std::printf("update checks leave behind: resident %+lld KiB after the first check, %+lld KiB more after %d more"
                 " (%lld -> %lld -> %lld KiB); threads %d -> %d\n",
-                residentAfterOne - residentBefore, residentAfter - residentAfterOne, 2 * rounds, residentBefore,
-                residentAfterOne, residentAfter, threadsBefore, threadCount());
+        residentAfterOne - residentBefore, residentAfter - residentAfterOne, 2 * rounds, residentBefore,
+        residentAfterOne, residentAfter, threadsBefore, threadCount());
     return controller.state() == UpdateController::State::upToDate ? 0 : 1;
 }

@@ -36,7 +36,7 @@ void ClipboardFetcher::fetch(qint64 changeCount)
     // The task reports back through a queued call on this object, which the destructor
     // outlives by waiting for the task.
     m_thread.start([shared = m_shared, reader = m_reader, changeCount, self = this] {
-        Fetched result{changeCount, std::nullopt, std::nullopt};
+        Fetched result { changeCount, std::nullopt, std::nullopt };
         if (const std::unique_ptr<Pasteboard> clipboard = reader(shared->cancelled)) {
             // The rules read what they need; with no history to compare against they
             // read everything any history could need.

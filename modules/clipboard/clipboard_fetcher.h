@@ -24,7 +24,7 @@ class ClipboardFetcher final : public QObject
 
 public:
     struct Fetched {
-        qint64 changeCount;                        // the change this read was made for
+        qint64 changeCount; // the change this read was made for
         std::optional<PasteboardContents> contents; // nothing: read it on the main thread
         // When the contents are a text to keep: how it is stored (trimmed, and cut when
         // over 1 MiB), worked out here too.

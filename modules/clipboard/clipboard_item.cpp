@@ -83,14 +83,30 @@ void appendJsonString(QByteArray &out, QStringView text)
         } else if (unit < 0x80) {
             *p++ = '\\';
             switch (unit) {
-            case '"': *p++ = '"'; break;
-            case '\\': *p++ = '\\'; break;
-            case '\b': *p++ = 'b'; break;
-            case '\f': *p++ = 'f'; break;
-            case '\n': *p++ = 'n'; break;
-            case '\r': *p++ = 'r'; break;
-            case '\t': *p++ = 't'; break;
-            default: --p; escape(unit);
+            case '"':
+                *p++ = '"';
+                break;
+            case '\\':
+                *p++ = '\\';
+                break;
+            case '\b':
+                *p++ = 'b';
+                break;
+            case '\f':
+                *p++ = 'f';
+                break;
+            case '\n':
+                *p++ = 'n';
+                break;
+            case '\r':
+                *p++ = 'r';
+                break;
+            case '\t':
+                *p++ = 't';
+                break;
+            default:
+                --p;
+                escape(unit);
             }
         } else if (unit < 0x800) {
             *p++ = char(0xc0 | (unit >> 6));
@@ -118,16 +134,19 @@ void appendJsonString(QByteArray &out, QStringView text)
 QString rawValue(ClipboardKind kind)
 {
     switch (kind) {
-    case ClipboardKind::text: return QStringLiteral("text");
-    case ClipboardKind::url: return QStringLiteral("url");
-    case ClipboardKind::image: return QStringLiteral("image");
+    case ClipboardKind::text:
+        return QStringLiteral("text");
+    case ClipboardKind::url:
+        return QStringLiteral("url");
+    case ClipboardKind::image:
+        return QStringLiteral("image");
     }
     return {};
 }
 
 std::optional<ClipboardKind> clipboardKindFromRaw(const QString &raw)
 {
-    for (ClipboardKind kind : {ClipboardKind::text, ClipboardKind::url, ClipboardKind::image}) {
+    for (ClipboardKind kind : { ClipboardKind::text, ClipboardKind::url, ClipboardKind::image }) {
         if (rawValue(kind) == raw)
             return kind;
     }
@@ -167,8 +186,8 @@ bool writeHistory(QIODevice &device, const QList<ClipboardItem> &items)
         appendJsonString(entry, item.id.toString(QUuid::WithoutBraces).toUpper());
         entry += ",\"createdAt\":";
         // JSON has no infinities: such a time would make the whole file unreadable.
-        entry += QByteArray::number(std::isfinite(item.createdAt) ? item.createdAt : 0.0, 'g',
-                                    QLocale::FloatingPointShortest);
+        entry += QByteArray::number(
+            std::isfinite(item.createdAt) ? item.createdAt : 0.0, 'g', QLocale::FloatingPointShortest);
         entry += ",\"kind\":";
         appendJsonString(entry, rawValue(item.kind));
         if (item.text) {

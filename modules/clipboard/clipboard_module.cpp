@@ -24,7 +24,8 @@ ClipboardModule::ClipboardModule(ClipboardStore &store, QObject *parent)
 
 QString ClipboardModule::thumbnail(const ClipboardItem &item) const
 {
-    if (item.kind != ClipboardKind::image || !item.imageFileName || !ClipboardRules::isPlainFileName(*item.imageFileName))
+    if (item.kind != ClipboardKind::image || !item.imageFileName
+        || !ClipboardRules::isPlainFileName(*item.imageFileName))
         return {};
     const QString path = QDir(m_store.imagesDirectory()).filePath(*item.imageFileName);
     // A picture deleted behind the store's back shows the clipboard symbol.
@@ -42,13 +43,14 @@ QVariantList ClipboardModule::rows() const
     for (const ClipboardItem &item : m_store.items()) {
         if (item.imageFileName)
             shown.insert(QDir(m_store.imagesDirectory()).filePath(*item.imageFileName));
-        rows.append(QVariantMap{
-            {QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces)},
-            {QStringLiteral("title"), ClipboardRules::title(item)},
-            {QStringLiteral("kindLabel"), ClipboardRules::kindLabel(item.kind)},
-            {QStringLiteral("symbol"), item.kind == ClipboardKind::url ? QStringLiteral("link") : QStringLiteral("doc.on.clipboard")},
-            {QStringLiteral("thumbnail"), thumbnail(item)},
-            {QStringLiteral("isPinned"), item.isPinned},
+        rows.append(QVariantMap {
+            { QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces) },
+            { QStringLiteral("title"), ClipboardRules::title(item) },
+            { QStringLiteral("kindLabel"), ClipboardRules::kindLabel(item.kind) },
+            { QStringLiteral("symbol"),
+                item.kind == ClipboardKind::url ? QStringLiteral("link") : QStringLiteral("doc.on.clipboard") },
+            { QStringLiteral("thumbnail"), thumbnail(item) },
+            { QStringLiteral("isPinned"), item.isPinned },
         });
     }
     m_thumbnails.keepOnly(shown);
@@ -88,7 +90,7 @@ QUrl ClipboardModule::expandedView() const
 
 QVariantMap ClipboardModule::expandedViewProperties() const
 {
-    return {{QStringLiteral("module"), QVariant::fromValue(const_cast<ClipboardModule *>(this))}};
+    return { { QStringLiteral("module"), QVariant::fromValue(const_cast<ClipboardModule *>(this)) } };
 }
 
 } // namespace ledgewise

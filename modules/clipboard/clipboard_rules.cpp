@@ -25,7 +25,7 @@ QByteArray offeredImage(const Pasteboard &pasteboard)
     // TIFF first, then PNG: an application offering both puts its richest picture in
     // the TIFF, and every image is re-encoded as PNG anyway.
     const QStringList offered = pasteboard.types();
-    for (const char *type : {"image/tiff", "image/png"}) {
+    for (const char *type : { "image/tiff", "image/png" }) {
         const QString name = QString::fromLatin1(type);
         if (offered.contains(name)) {
             const QByteArray bytes = pasteboard.data(name);
@@ -53,7 +53,8 @@ std::optional<std::pair<QString, QUrl>> firstLink(const Pasteboard &pasteboard)
     } else if (offered.contains(QStringLiteral("text/x-moz-url"))) {
         // Browsers' "Copy Link": UTF-16 "url\ntitle".
         const QByteArray bytes = pasteboard.data(QStringLiteral("text/x-moz-url"));
-        const QString text = QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()), bytes.size() / 2);
+        const QString text
+            = QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()), bytes.size() / 2);
         entry = text.section(QLatin1Char('\n'), 0, 0).trimmed();
     }
     if (entry.isEmpty())
@@ -69,12 +70,12 @@ std::pair<qsizetype, qsizetype> utf8Width(QStringView text, qsizetype at)
 {
     const char16_t unit = text[at].unicode();
     if (unit < 0x80)
-        return {1, 1};
+        return { 1, 1 };
     if (unit < 0x800)
-        return {2, 1};
+        return { 2, 1 };
     if (QChar::isHighSurrogate(unit) && at + 1 < text.size() && text[at + 1].isLowSurrogate())
-        return {4, 2};
-    return {3, 1}; // a lone surrogate is written as U+FFFD, three bytes too
+        return { 4, 2 };
+    return { 3, 1 }; // a lone surrogate is written as U+FFFD, three bytes too
 }
 
 } // namespace
@@ -95,7 +96,7 @@ Capture classify(const Pasteboard &pasteboard, const QList<ClipboardItem> &items
             const QString link = QString::fromUtf8(link_->second.toEncoded());
             if (newest && newest->kind == ClipboardKind::url && newest->url == link)
                 return {};
-            return {Capture::Kind::link, link, {}};
+            return { Capture::Kind::link, link, {} };
         }
     }
 
@@ -110,13 +111,13 @@ Capture classify(const Pasteboard &pasteboard, const QList<ClipboardItem> &items
                 && utf8Size(text, maximumTextBytes) > maximumTextBytes && newest->text == storedText(text))
                 return {};
         }
-        return {Capture::Kind::text, text, {}};
+        return { Capture::Kind::text, text, {} };
     }
 
     const QByteArray image = offeredImage(pasteboard);
     if (image.isEmpty())
         return {};
-    return {Capture::Kind::image, {}, image};
+    return { Capture::Kind::image, {}, image };
 }
 
 QString storedText(const QString &copied)
@@ -231,10 +232,12 @@ qsizetype insertionIndex(const QList<ClipboardItem> &items, const QUuid &newestT
 
 bool isLeftoverSaveFile(const QString &name, const QString &savedName)
 {
-    if (name.size() != savedName.size() + 7 || !name.startsWith(savedName) || name[savedName.size()] != QLatin1Char('.'))
+    if (name.size() != savedName.size() + 7 || !name.startsWith(savedName)
+        || name[savedName.size()] != QLatin1Char('.'))
         return false;
     for (const QChar c : QStringView(name).sliced(savedName.size() + 1)) {
-        if (!(c.isDigit() || (c >= QLatin1Char('a') && c <= QLatin1Char('z')) || (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))))
+        if (!(c.isDigit() || (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
+                || (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))))
             return false;
     }
     return true;
@@ -273,9 +276,12 @@ QString title(const ClipboardItem &item)
 QString kindLabel(ClipboardKind kind)
 {
     switch (kind) {
-    case ClipboardKind::text: return QStringLiteral("Text");
-    case ClipboardKind::url: return QStringLiteral("Link");
-    case ClipboardKind::image: return QStringLiteral("Image");
+    case ClipboardKind::text:
+        return QStringLiteral("Text");
+    case ClipboardKind::url:
+        return QStringLiteral("Link");
+    case ClipboardKind::image:
+        return QStringLiteral("Image");
     }
     return {};
 }

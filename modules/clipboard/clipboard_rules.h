@@ -20,7 +20,7 @@ class Pasteboard;
 struct Capture {
     enum class Kind { nothing, link, text, image };
     Kind kind = Kind::nothing;
-    QString value;        // the link, or the untrimmed text
+    QString value; // the link, or the untrimmed text
     QByteArray imageData; // encoded image bytes as offered
 };
 

@@ -27,11 +27,13 @@ constexpr QFileDevice::Permissions ownerOnlyFolder = ownerOnly | QFileDevice::Ex
 class StoredPicture final : public QMimeData
 {
 public:
-    explicit StoredPicture(QByteArray png) : m_png(std::move(png)) {}
+    explicit StoredPicture(QByteArray png)
+        : m_png(std::move(png))
+    { }
 
     QStringList formats() const override
     {
-        return {QStringLiteral("image/png"), QStringLiteral("application/x-qt-image")};
+        return { QStringLiteral("image/png"), QStringLiteral("application/x-qt-image") };
     }
     bool hasFormat(const QString &type) const override { return formats().contains(type); }
 
@@ -62,7 +64,7 @@ void makePrivateFolder(const QString &path)
 } // namespace
 
 ClipboardStore::ClipboardStore(Pasteboard &pasteboard, std::optional<QString> storageDirectory, int capacity,
-                               bool startMonitoring, QObject *parent)
+    bool startMonitoring, QObject *parent)
     : QObject(parent)
     , m_pasteboard(pasteboard)
     , m_storageDirectory(storageDirectory.value_or(defaultDirectory()))
@@ -219,8 +221,8 @@ void ClipboardStore::ingest(const Pasteboard &clipboard, const std::optional<QSt
     case Capture::Kind::nothing:
         return;
     case Capture::Kind::link:
-        add(ClipboardItem{QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::url, std::nullopt,
-                          capture.value, std::nullopt, false});
+        add(ClipboardItem { QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::url, std::nullopt,
+            capture.value, std::nullopt, false });
         return;
     case Capture::Kind::text:
         addText(storedText ? *storedText : ClipboardRules::storedText(capture.value));
@@ -235,8 +237,8 @@ void ClipboardStore::addText(const QString &stored)
 {
     if (stored.isEmpty())
         return;
-    add(ClipboardItem{QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::text, stored, std::nullopt,
-                      std::nullopt, false});
+    add(ClipboardItem {
+        QUuid::createUuid(), nowSinceReferenceDate(), ClipboardKind::text, stored, std::nullopt, std::nullopt, false });
 }
 
 void ClipboardStore::storeImage(const QByteArray &data)
@@ -254,8 +256,9 @@ void ClipboardStore::addFinishedImages(bool announce)
         // Below whatever was copied after the picture, so the history keeps the order
         // of the copies however long the picture took.
         const qsizetype at = ClipboardRules::insertionIndex(m_items, image.newestThen, image.capturedAt);
-        m_items.insert(at, ClipboardItem{QUuid::createUuid(), image.capturedAt, ClipboardKind::image, std::nullopt,
-                                         std::nullopt, image.fileName, false});
+        m_items.insert(at,
+            ClipboardItem { QUuid::createUuid(), image.capturedAt, ClipboardKind::image, std::nullopt, std::nullopt,
+                image.fileName, false });
         enforceCapacity(at);
     }
     persist();
@@ -315,7 +318,8 @@ void ClipboardStore::togglePin(const QUuid &id)
 
 void ClipboardStore::remove(const QUuid &id)
 {
-    const auto found = std::find_if(m_items.cbegin(), m_items.cend(), [&id](const auto &item) { return item.id == id; });
+    const auto found
+        = std::find_if(m_items.cbegin(), m_items.cend(), [&id](const auto &item) { return item.id == id; });
     if (found == m_items.cend())
         return;
     removeImageFile(found->imageFileName);
@@ -340,7 +344,7 @@ void ClipboardStore::copyBack(const ClipboardItem &item)
     case ClipboardKind::url:
         if (item.url) {
             data->setText(*item.url);
-            data->setUrls({QUrl::fromEncoded(item.url->toUtf8())});
+            data->setUrls({ QUrl::fromEncoded(item.url->toUtf8()) });
             hasContent = true;
         }
         break;

@@ -31,8 +31,8 @@ class ClipboardStore : public QObject
 
 public:
     // No directory: defaultDirectory(). The application passes capacity 50.
-    ClipboardStore(Pasteboard &pasteboard, std::optional<QString> storageDirectory, int capacity,
-                   bool startMonitoring, QObject *parent = nullptr);
+    ClipboardStore(Pasteboard &pasteboard, std::optional<QString> storageDirectory, int capacity, bool startMonitoring,
+        QObject *parent = nullptr);
     // Finishes the picture being converted and writes the history: nothing shown is lost.
     ~ClipboardStore() override;
 

@@ -58,16 +58,17 @@ void ImageEncoder::encode(QByteArray bytes, double capturedAt, QUuid newestThen)
 {
     // The task reports back through a queued call on this object, which the destructor
     // outlives by waiting for the task.
-    m_thread.start([results = m_results, folder = m_folder, bytes = std::move(bytes), capturedAt, newestThen, self = this] {
-        const QString name = writePng(folder, bytes);
-        if (name.isEmpty())
-            return;
-        {
-            std::lock_guard lock(results->mutex);
-            results->finished.append({name, capturedAt, newestThen});
-        }
-        QMetaObject::invokeMethod(self, &ImageEncoder::finished, Qt::QueuedConnection);
-    });
+    m_thread.start(
+        [results = m_results, folder = m_folder, bytes = std::move(bytes), capturedAt, newestThen, self = this] {
+            const QString name = writePng(folder, bytes);
+            if (name.isEmpty())
+                return;
+            {
+                std::lock_guard lock(results->mutex);
+                results->finished.append({ name, capturedAt, newestThen });
+            }
+            QMetaObject::invokeMethod(self, &ImageEncoder::finished, Qt::QueuedConnection);
+        });
 }
 
 QList<ImageEncoder::Finished> ImageEncoder::takeFinished()

@@ -23,9 +23,9 @@ class ImageEncoder final : public QObject
 
 public:
     struct Finished {
-        QString fileName;  // inside the folder
+        QString fileName; // inside the folder
         double capturedAt; // when the picture was copied
-        QUuid newestThen;  // the newest entry when it was copied (null: none)
+        QUuid newestThen; // the newest entry when it was copied (null: none)
     };
 
     explicit ImageEncoder(QString folder, QObject *parent = nullptr);

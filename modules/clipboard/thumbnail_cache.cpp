@@ -50,7 +50,8 @@ QString ThumbnailCache::url(const QString &path)
         // destructor outlives by waiting for the task.
         m_thread.start([path, self = this] {
             const QString url = dataUrl(roundedThumbnail(path, thumbnailSide, thumbnailRadius));
-            QMetaObject::invokeMethod(self, [self, path, url] { self->made(path, url); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                self, [self, path, url] { self->made(path, url); }, Qt::QueuedConnection);
         });
     }
     return {};

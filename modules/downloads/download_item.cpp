@@ -25,7 +25,7 @@ bool isLater(const QDateTime &a, const QDateTime &b)
 QList<DownloadItem> newestFirst(QList<DownloadItem> items)
 {
     std::stable_sort(items.begin(), items.end(),
-                     [](const DownloadItem &a, const DownloadItem &b) { return isLater(a.modified, b.modified); });
+        [](const DownloadItem &a, const DownloadItem &b) { return isLater(a.modified, b.modified); });
     return items;
 }
 

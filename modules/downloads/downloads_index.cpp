@@ -24,8 +24,8 @@ bool ranksBefore(const Ranked &a, const Ranked &b)
 
 } // namespace
 
-DownloadsIndex DownloadsIndex::fromListing(QHash<QByteArray, FileFacts> files, const DownloadsIndex &previous,
-                                           QList<QByteArray> *downloading)
+DownloadsIndex DownloadsIndex::fromListing(
+    QHash<QByteArray, FileFacts> files, const DownloadsIndex &previous, QList<QByteArray> *downloading)
 {
     DownloadsIndex index;
     // Room to grow: a new file past the capacity would rehash every entry at once,
@@ -35,11 +35,11 @@ DownloadsIndex DownloadsIndex::fromListing(QHash<QByteArray, FileFacts> files, c
         if (!DownloadRules::isListedName(it.key()))
             continue;
         const Entry *before = previous.find(it.key());
-        const auto status = DownloadRules::statusFor(before ? std::optional(before->facts.size) : std::nullopt,
-                                                     it->size);
+        const auto status
+            = DownloadRules::statusFor(before ? std::optional(before->facts.size) : std::nullopt, it->size);
         if (status == DownloadItem::Status::downloading && downloading)
             downloading->append(it.key());
-        index.m_files.insert(it.key(), {*it, status});
+        index.m_files.insert(it.key(), { *it, status });
     }
     index.reselect();
     return index;
@@ -59,7 +59,7 @@ std::optional<DownloadItem::Status> DownloadsIndex::measured(const QByteArray &n
     const bool known = found != m_files.end();
     const qint64 previousModified = known ? found->facts.modifiedNs : facts->modifiedNs;
     const auto status = DownloadRules::statusFor(known ? std::optional(found->facts.size) : std::nullopt, facts->size);
-    m_files.insert(name, {*facts, status});
+    m_files.insert(name, { *facts, status });
     place(name, previousModified);
     return status;
 }
@@ -102,7 +102,7 @@ void DownloadsIndex::place(const QByteArray &name, qint64 previousModifiedNs)
     if (!shown)
         m_newest.append(name);
     std::sort(m_newest.begin(), m_newest.end(), [this](const QByteArray &a, const QByteArray &b) {
-        return ranksBefore({m_files.value(a).facts.modifiedNs, a}, {m_files.value(b).facts.modifiedNs, b});
+        return ranksBefore({ m_files.value(a).facts.modifiedNs, a }, { m_files.value(b).facts.modifiedNs, b });
     });
     if (m_newest.size() > DownloadRules::maximumItems)
         m_newest.resize(DownloadRules::maximumItems);
@@ -114,7 +114,7 @@ void DownloadsIndex::reselect()
     std::vector<Ranked> best;
     best.reserve(DownloadRules::maximumItems + 1);
     for (auto it = m_files.cbegin(); it != m_files.cend(); ++it) {
-        Ranked candidate{it->facts.modifiedNs, it.key()};
+        Ranked candidate { it->facts.modifiedNs, it.key() };
         if (best.size() == size_t(DownloadRules::maximumItems) && !ranksBefore(candidate, best.back()))
             continue;
         best.insert(std::upper_bound(best.begin(), best.end(), candidate, ranksBefore), std::move(candidate));

@@ -29,8 +29,8 @@ public:
     // A full listing, each file's status by the status rule against its size in
     // `previous` (a file `previous` did not hold is ready). `downloading` receives the
     // names that changed size, whose settle checks are due.
-    static DownloadsIndex fromListing(QHash<QByteArray, FileFacts> files, const DownloadsIndex &previous,
-                                      QList<QByteArray> *downloading = nullptr);
+    static DownloadsIndex fromListing(
+        QHash<QByteArray, FileFacts> files, const DownloadsIndex &previous, QList<QByteArray> *downloading = nullptr);
 
     // One entry measured again: `facts` absent when it is gone or no longer a regular
     // file. Returns its new status; absent when it is not (or no longer) listed.

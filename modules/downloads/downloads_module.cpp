@@ -42,9 +42,8 @@ QVariantList DownloadsModule::rowsOf(const QList<DownloadItem> &items)
 {
     QVariantList rows;
     for (const DownloadItem &item : items) {
-        rows.append(QVariantMap{{QStringLiteral("name"), item.name},
-                                {QStringLiteral("state"), stateLabel(item.status)},
-                                {QStringLiteral("url"), item.url.toString()}});
+        rows.append(QVariantMap { { QStringLiteral("name"), item.name },
+            { QStringLiteral("state"), stateLabel(item.status) }, { QStringLiteral("url"), item.url.toString() } });
     }
     return rows;
 }
@@ -68,7 +67,7 @@ QUrl DownloadsModule::expandedView() const
 
 QVariantMap DownloadsModule::expandedViewProperties() const
 {
-    return {{QStringLiteral("module"), QVariant::fromValue(const_cast<DownloadsModule *>(this))}};
+    return { { QStringLiteral("module"), QVariant::fromValue(const_cast<DownloadsModule *>(this)) } };
 }
 
 } // namespace ledgewise

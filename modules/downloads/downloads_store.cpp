@@ -13,8 +13,7 @@
 
 namespace ledgewise {
 
-DownloadsStore::DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher,
-                               QObject *parent)
+DownloadsStore::DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher, QObject *parent)
     : QObject(parent)
     , m_folder(folder.value_or(StandardFolders::downloads()))
     , m_folderPath(QFile::encodeName(m_folder))
@@ -127,8 +126,10 @@ void DownloadsStore::publish()
     QList<DownloadItem> items;
     for (const QByteArray &name : m_index.newest()) {
         const DownloadsIndex::Entry *entry = m_index.find(name);
-        const QDateTime modified = QDateTime::fromMSecsSinceEpoch(entry->facts.modifiedNs / 1'000'000, QTimeZone::utc());
-        items.append({FolderEntries::urlOfPath(pathOf(name)), FolderEntries::readableName(name), modified, entry->status});
+        const QDateTime modified
+            = QDateTime::fromMSecsSinceEpoch(entry->facts.modifiedNs / 1'000'000, QTimeZone::utc());
+        items.append(
+            { FolderEntries::urlOfPath(pathOf(name)), FolderEntries::readableName(name), modified, entry->status });
     }
     if (items != m_items) {
         m_items = std::move(items);
@@ -158,8 +159,8 @@ void DownloadsStore::settleCheck(const QByteArray &name)
     const DownloadsIndex::Entry *entry = m_index.find(name);
     const auto gone = m_goneSizes.constFind(name);
     const std::optional<qint64> previous = entry ? std::optional(entry->facts.size)
-        : gone != m_goneSizes.cend()              ? std::optional(*gone)
-                                                  : std::nullopt;
+        : gone != m_goneSizes.cend()             ? std::optional(*gone)
+                                                 : std::nullopt;
     const auto status = DownloadRules::statusFor(previous, size);
     if (entry)
         m_index.settled(name, size, status);

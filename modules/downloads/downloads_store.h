@@ -38,8 +38,7 @@ public:
 
     // No folder: the user's Downloads folder. No watcher: nothing is watched. The first
     // listing runs in the background: `items` is empty until `scanFinished`.
-    DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher,
-                   QObject *parent = nullptr);
+    DownloadsStore(std::optional<QString> folder, std::unique_ptr<FolderWatcher> watcher, QObject *parent = nullptr);
     ~DownloadsStore() override;
 
     // The store the application runs: the Downloads folder, watched through inotify.

@@ -21,12 +21,25 @@ QString unescaped(QStringView value)
             continue;
         }
         switch (value.at(i + 1).unicode()) {
-        case 's': out += QLatin1Char(' '); break;
-        case 'n': out += QLatin1Char('\n'); break;
-        case 't': out += QLatin1Char('\t'); break;
-        case 'r': out += QLatin1Char('\r'); break;
-        case '\\': out += QLatin1Char('\\'); break;
-        default: out += c; out += value.at(i + 1); break;
+        case 's':
+            out += QLatin1Char(' ');
+            break;
+        case 'n':
+            out += QLatin1Char('\n');
+            break;
+        case 't':
+            out += QLatin1Char('\t');
+            break;
+        case 'r':
+            out += QLatin1Char('\r');
+            break;
+        case '\\':
+            out += QLatin1Char('\\');
+            break;
+        default:
+            out += c;
+            out += value.at(i + 1);
+            break;
         }
         ++i;
     }
@@ -117,7 +130,7 @@ std::optional<Entry> parse(const QString &text, const QString &locale)
 
 QString messagesLocale()
 {
-    for (const char *variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    for (const char *variable : { "LC_ALL", "LC_MESSAGES", "LANG" }) {
         const QString value = qEnvironmentVariable(variable);
         if (value.isEmpty())
             continue;
@@ -138,8 +151,8 @@ std::optional<QStringList> execArguments(const Entry &entry, const QString &entr
     QStringList arguments;
     QString current;
     bool inArgument = false; // something, even an empty pair of quotes, was written
-    bool quoted = false;     // the argument has a quoted part
-    bool fieldCode = false;  // the argument has a field code
+    bool quoted = false; // the argument has a quoted part
+    bool fieldCode = false; // the argument has a field code
     bool inQuotes = false;
 
     const auto finish = [&] {
@@ -157,12 +170,18 @@ std::optional<QStringList> execArguments(const Entry &entry, const QString &entr
             ++i;
             inArgument = true;
             switch (next.unicode()) {
-            case '%': current += QLatin1Char('%'); break;
-            case 'c': current += entry.name; break;
-            case 'k': current += entryPath; break;
+            case '%':
+                current += QLatin1Char('%');
+                break;
+            case 'c':
+                current += entry.name;
+                break;
+            case 'k':
+                current += entryPath;
+                break;
             case 'i': {
-                const bool whole = current.isEmpty() && !quoted && !inQuotes
-                                   && (i + 1 == exec.size() || isSpace(exec.at(i + 1)));
+                const bool whole
+                    = current.isEmpty() && !quoted && !inQuotes && (i + 1 == exec.size() || isSpace(exec.at(i + 1)));
                 if (whole && !entry.icon.isEmpty())
                     arguments << QStringLiteral("--icon") << entry.icon;
                 fieldCode = true;
@@ -211,7 +230,7 @@ std::optional<ProgramCommand> command(const Entry &entry, const QString &entryPa
     const auto arguments = execArguments(entry, entryPath);
     if (!arguments)
         return std::nullopt;
-    return ProgramCommand{arguments->constFirst(), arguments->mid(1), entry.workingDirectory, entry.terminal};
+    return ProgramCommand { arguments->constFirst(), arguments->mid(1), entry.workingDirectory, entry.terminal };
 }
 
 } // namespace ledgewise::DesktopEntry

@@ -20,9 +20,12 @@ namespace ledgewise::LauncherActions {
 QString message(LauncherItem::Kind kind)
 {
     switch (kind) {
-    case LauncherItem::Kind::application: return QStringLiteral("Choose an app to pin in Ledgewise.");
-    case LauncherItem::Kind::file: return QStringLiteral("Choose a file to pin in Ledgewise.");
-    case LauncherItem::Kind::website: return {};
+    case LauncherItem::Kind::application:
+        return QStringLiteral("Choose an app to pin in Ledgewise.");
+    case LauncherItem::Kind::file:
+        return QStringLiteral("Choose a file to pin in Ledgewise.");
+    case LauncherItem::Kind::website:
+        return {};
     }
     return {};
 }
@@ -30,9 +33,12 @@ QString message(LauncherItem::Kind kind)
 QString symbol(LauncherItem::Kind kind)
 {
     switch (kind) {
-    case LauncherItem::Kind::application: return QStringLiteral("app");
-    case LauncherItem::Kind::file: return QStringLiteral("doc");
-    case LauncherItem::Kind::website: return QStringLiteral("globe");
+    case LauncherItem::Kind::application:
+        return QStringLiteral("app");
+    case LauncherItem::Kind::file:
+        return QStringLiteral("doc");
+    case LauncherItem::Kind::website:
+        return QStringLiteral("globe");
     }
     return {};
 }
@@ -47,8 +53,8 @@ std::optional<LauncherItem> itemForFile(LauncherItem::Kind kind, const QString &
             title = *name;
     }
     const QByteArray bookmark = makeBookmark(path);
-    return LauncherItem{QUuid::createUuid(), title, kind,
-                        bookmark.isEmpty() ? std::nullopt : std::optional<QByteArray>(bookmark), std::nullopt};
+    return LauncherItem { QUuid::createUuid(), title, kind,
+        bookmark.isEmpty() ? std::nullopt : std::optional<QByteArray>(bookmark), std::nullopt };
 }
 
 void pick(LauncherItem::Kind kind, FileChooser &chooser, QObject *context, Picked picked)
@@ -59,8 +65,8 @@ void pick(LauncherItem::Kind kind, FileChooser &chooser, QObject *context, Picke
     }
     const bool application = kind == LauncherItem::Kind::application;
     chooser.chooseFile(message(kind), application ? QString::fromLatin1(applicationsFolder) : QString(),
-                       application ? QStringLiteral("Applications (*.desktop)") : QString(), context,
-                       [kind, picked = std::move(picked)](const QString &path) { picked(itemForFile(kind, path)); });
+        application ? QStringLiteral("Applications (*.desktop)") : QString(), context,
+        [kind, picked = std::move(picked)](const QString &path) { picked(itemForFile(kind, path)); });
 }
 
 QString typedHost(const QString &address)
@@ -97,12 +103,13 @@ std::optional<LauncherItem> websiteItem(const QString &draft)
     // The host as the user typed it: QUrl would lower-case "Example.ORG".
     const QString host = url.host().isEmpty() ? QString() : typedHost(text);
     const QString title = host.isEmpty() ? text : host;
-    return LauncherItem{QUuid::createUuid(), title, LauncherItem::Kind::website, std::nullopt, text};
+    return LauncherItem { QUuid::createUuid(), title, LauncherItem::Kind::website, std::nullopt, text };
 }
 
 QByteArray makeBookmark(const QString &path)
 {
-    struct stat st {};
+    struct stat st {
+    };
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return {};
     QByteArray bytes;
@@ -130,12 +137,13 @@ BookmarkTarget locateBookmark(const QByteArray &bookmark)
     if (in.status() != QDataStream::Ok || version != 1 || path.isEmpty())
         return {};
     // The path is what the reference names; a file that is no longer there cannot be opened.
-    struct stat st {};
+    struct stat st {
+    };
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
-        return {BookmarkState::missing, path};
+        return { BookmarkState::missing, path };
     if (quint64(st.st_dev) != device || quint64(st.st_ino) != inode)
-        return {BookmarkState::changed, path};
-    return {BookmarkState::found, path};
+        return { BookmarkState::changed, path };
+    return { BookmarkState::found, path };
 }
 
 namespace {

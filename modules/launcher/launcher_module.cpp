@@ -13,8 +13,8 @@ constexpr int noticeSeconds = 6;
 
 } // namespace
 
-LauncherModule::LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener,
-                               ProgramLauncher &launcher, QObject *parent)
+LauncherModule::LauncherModule(
+    PreferencesStore &store, FileChooser &chooser, UrlOpener &opener, ProgramLauncher &launcher, QObject *parent)
     : LedgewiseModule(ModuleID::launcher, parent)
     , m_store(store)
     , m_chooser(chooser)
@@ -43,9 +43,9 @@ QVariantList LauncherModule::rows() const
 {
     QVariantList rows;
     for (const LauncherItem &item : m_store.current().launcherItems) {
-        rows.append(QVariantMap{{QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces)},
-                                {QStringLiteral("title"), item.title},
-                                {QStringLiteral("symbol"), LauncherActions::symbol(item.kind)}});
+        rows.append(QVariantMap { { QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces) },
+            { QStringLiteral("title"), item.title },
+            { QStringLiteral("symbol"), LauncherActions::symbol(item.kind) } });
     }
     return rows;
 }
@@ -98,8 +98,8 @@ void LauncherModule::open(const QString &id)
         if (item.id == uuid) {
             const auto result = LauncherActions::open(item, m_opener, m_launcher);
             setNotice(result == LauncherActions::OpenResult::changed
-                          ? QStringLiteral("“%1” has changed since it was pinned.").arg(item.title)
-                          : QString());
+                    ? QStringLiteral("“%1” has changed since it was pinned.").arg(item.title)
+                    : QString());
             return;
         }
     }
@@ -112,7 +112,7 @@ QUrl LauncherModule::expandedView() const
 
 QVariantMap LauncherModule::expandedViewProperties() const
 {
-    return {{QStringLiteral("module"), QVariant::fromValue(const_cast<LauncherModule *>(this))}};
+    return { { QStringLiteral("module"), QVariant::fromValue(const_cast<LauncherModule *>(this)) } };
 }
 
 } // namespace ledgewise

@@ -27,7 +27,7 @@ class LauncherModule final : public LedgewiseModule
 
 public:
     LauncherModule(PreferencesStore &store, FileChooser &chooser, UrlOpener &opener, ProgramLauncher &launcher,
-                   QObject *parent = nullptr);
+        QObject *parent = nullptr);
 
     QVariantList rows() const;
     QString notice() const { return m_notice; }

@@ -52,7 +52,7 @@ QUrl TimerModule::expandedView() const
 
 QVariantMap TimerModule::expandedViewProperties() const
 {
-    return {{QStringLiteral("module"), QVariant::fromValue(const_cast<TimerModule *>(this))}};
+    return { { QStringLiteral("module"), QVariant::fromValue(const_cast<TimerModule *>(this)) } };
 }
 
 } // namespace ledgewise

@@ -26,7 +26,7 @@ public:
     explicit TimerModule(TimerSession &session, QObject *parent = nullptr);
 
     TimerSession *session() const { return &m_session; }
-    static QList<int> presets() { return {5, 10, 15, 30}; }
+    static QList<int> presets() { return { 5, 10, 15, 30 }; }
 
     // Records the choice, then starts `minutes` × 60 seconds.
     Q_INVOKABLE void startMinutes(int minutes);

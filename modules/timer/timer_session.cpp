@@ -131,8 +131,8 @@ void TimerSession::requestAuthorizationThenNotify(double duration)
     notifications->requestAuthorization(this, [notifications, duration](bool granted) {
         if (!granted)
             return;
-        notifications->add({QString::fromLatin1(notificationID), QStringLiteral("Timer finished"),
-                            QStringLiteral("Ledgewise"), std::max(duration, 1.0)});
+        notifications->add({ QString::fromLatin1(notificationID), QStringLiteral("Timer finished"),
+            QStringLiteral("Ledgewise"), std::max(duration, 1.0) });
     });
 }
 

@@ -22,8 +22,8 @@ class TimerSession : public QObject
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY endDateChanged)
     Q_PROPERTY(double remaining READ remaining NOTIFY remainingChanged)
     Q_PROPERTY(QString remainingText READ remainingText NOTIFY remainingChanged)
-    Q_PROPERTY(qint64 lastPresetMinutes READ lastPresetMinutes WRITE setLastPresetMinutes NOTIFY
-                   lastPresetMinutesChanged)
+    Q_PROPERTY(
+        qint64 lastPresetMinutes READ lastPresetMinutes WRITE setLastPresetMinutes NOTIFY lastPresetMinutesChanged)
 
 public:
     // Milliseconds since the epoch; tests pass their own clock.

@@ -7,7 +7,7 @@ namespace ledgewise {
 QString Pasteboard::text() const
 {
     const QStringList offered = types();
-    for (const char *type : {"text/plain;charset=utf-8", "text/plain"}) {
+    for (const char *type : { "text/plain;charset=utf-8", "text/plain" }) {
         const QString name = QString::fromLatin1(type);
         if (offered.contains(name))
             return QString::fromUtf8(data(name));

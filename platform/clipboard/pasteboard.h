@@ -3,8 +3,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QObject>
 #include <QList>
+#include <QObject>
 #include <QStringList>
 #include <QUrl>
 

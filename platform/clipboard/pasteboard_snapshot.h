@@ -25,7 +25,9 @@ class RecordingPasteboard final : public Pasteboard
     Q_OBJECT
 
 public:
-    explicit RecordingPasteboard(const Pasteboard &source) : m_source(source) {}
+    explicit RecordingPasteboard(const Pasteboard &source)
+        : m_source(source)
+    { }
 
     PasteboardContents contents() const { return m_contents; }
 
@@ -34,7 +36,7 @@ public:
     QStringList types() const override;
     QByteArray data(const QString &mimeType) const override;
     QString text() const override;
-    void clearContents() override {}
+    void clearContents() override { }
     void setContents(QMimeData *contents) override;
 
 private:
@@ -49,14 +51,16 @@ class SnapshotPasteboard final : public Pasteboard
     Q_OBJECT
 
 public:
-    explicit SnapshotPasteboard(PasteboardContents contents) : m_contents(std::move(contents)) {}
+    explicit SnapshotPasteboard(PasteboardContents contents)
+        : m_contents(std::move(contents))
+    { }
 
     qint64 changeCount() const override { return 0; }
     bool announcesChanges() const override { return false; }
     QStringList types() const override { return m_contents.types; }
     QByteArray data(const QString &mimeType) const override { return m_contents.data.value(mimeType); }
     QString text() const override { return m_contents.text ? *m_contents.text : Pasteboard::text(); }
-    void clearContents() override {}
+    void clearContents() override { }
     void setContents(QMimeData *contents) override;
 
 private:

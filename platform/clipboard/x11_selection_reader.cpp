@@ -18,8 +18,7 @@ namespace {
 constexpr int ownerSilenceMs = 5000;
 constexpr int cancelCheckMs = 50;
 
-template <typename Reply>
-XcbReply<Reply> own(Reply *reply)
+template <typename Reply> XcbReply<Reply> own(Reply *reply)
 {
     return XcbReply<Reply>(reply);
 }
@@ -44,7 +43,7 @@ X11SelectionReader::X11SelectionReader(const std::atomic_bool &cancelled)
     const quint32 window = xcb_generate_id(m_connection);
     const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
     xcb_flush(m_connection);
     m_window = window;
 }
@@ -115,7 +114,7 @@ QByteArray X11SelectionReader::data(const QString &mimeType) const
         }
         return false;
     };
-    for (const char *name : {"UTF8_STRING", "text/plain", "STRING", "TEXT"}) {
+    for (const char *name : { "UTF8_STRING", "text/plain", "STRING", "TEXT" }) {
         if (!offered(name))
             continue;
         const auto bytes = convert(atom(name));
@@ -146,23 +145,22 @@ std::optional<QByteArray> X11SelectionReader::convert(quint32 target) const
         return std::nullopt;
 
     // First only the type and size, to tell an incremental transfer from a whole one.
-    auto head = own(xcb_get_property_reply(
-        m_connection, xcb_get_property(m_connection, false, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 0),
-        nullptr));
+    auto head = own(xcb_get_property_reply(m_connection,
+        xcb_get_property(m_connection, false, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 0), nullptr));
     if (!head)
         return std::nullopt;
     if (head->type == atom("INCR"))
         return readIncrementally(property);
     if (qsizetype(head->bytes_after) > maximumTransferBytes)
         return std::nullopt;
-    auto whole = own(xcb_get_property_reply(
-        m_connection,
-        xcb_get_property(m_connection, true, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, (head->bytes_after + 3) / 4),
+    auto whole = own(xcb_get_property_reply(m_connection,
+        xcb_get_property(
+            m_connection, true, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, (head->bytes_after + 3) / 4),
         nullptr));
     if (!whole)
         return std::nullopt;
-    return QByteArray(static_cast<const char *>(xcb_get_property_value(whole.get())),
-                      xcb_get_property_value_length(whole.get()));
+    return QByteArray(
+        static_cast<const char *>(xcb_get_property_value(whole.get())), xcb_get_property_value_length(whole.get()));
 }
 
 std::optional<QByteArray> X11SelectionReader::readIncrementally(quint32 property) const
@@ -175,8 +173,7 @@ std::optional<QByteArray> X11SelectionReader::readIncrementally(quint32 property
     for (;;) {
         if (!waitForEvent(XCB_PROPERTY_NOTIFY, property))
             return std::nullopt;
-        auto piece = own(xcb_get_property_reply(
-            m_connection,
+        auto piece = own(xcb_get_property_reply(m_connection,
             xcb_get_property(m_connection, true, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, UINT32_MAX / 4),
             nullptr));
         xcb_flush(m_connection);
@@ -195,7 +192,7 @@ bool X11SelectionReader::waitForEvent(int responseType, quint32 property, quint3
 {
     QDeadlineTimer silence(ownerSilenceMs);
     for (;;) {
-        while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+        while (const XcbReply<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) }) {
             const int type = event->response_type & ~0x80;
             if (type != responseType)
                 continue;
@@ -215,7 +212,7 @@ bool X11SelectionReader::waitForEvent(int responseType, quint32 property, quint3
         }
         if (xcb_connection_has_error(m_connection) || m_cancelled.load() || silence.hasExpired())
             return false;
-        pollfd descriptor{xcb_get_file_descriptor(m_connection), POLLIN, 0};
+        pollfd descriptor { xcb_get_file_descriptor(m_connection), POLLIN, 0 };
         ::poll(&descriptor, 1, cancelCheckMs);
     }
 }

@@ -37,7 +37,7 @@ public:
     QStringList types() const override;
     // "text/plain" is the UTF-8 text, whichever text type the owner offers.
     QByteArray data(const QString &mimeType) const override;
-    void clearContents() override {}
+    void clearContents() override { }
     void setContents(QMimeData *contents) override;
 
 private:

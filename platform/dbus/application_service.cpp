@@ -31,8 +31,7 @@ bool ApplicationService::registerOnSessionBus()
     if (!bus.isConnected())
         return false;
     const auto reply = bus.interface()->registerService(QString::fromLatin1(serviceName),
-                                                        QDBusConnectionInterface::DontQueueService,
-                                                        QDBusConnectionInterface::DontAllowReplacement);
+        QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
     if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered)
         return false;
     bus.registerObject(QString::fromLatin1(objectPath), this);
@@ -45,9 +44,8 @@ bool ApplicationService::callRunningInstance(const QString &method, const QVaria
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return false;
-    QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(serviceName),
-                                                       QString::fromLatin1(objectPath),
-                                                       QString::fromLatin1(serviceName), method);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(serviceName), QString::fromLatin1(objectPath), QString::fromLatin1(serviceName), method);
     call.setArguments(arguments);
     // A one-shot command-line call: blocking briefly for the answer is what the
     // user waits for anyway.

@@ -27,8 +27,7 @@ QDBusMessage call(const QString &method)
 
 FreedesktopNotifications::FreedesktopNotifications(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 FreedesktopNotifications::~FreedesktopNotifications() = default;
 
@@ -68,11 +67,11 @@ void FreedesktopNotifications::show(const NotificationRequest &request)
 {
     QDBusMessage notify = call(QStringLiteral("Notify"));
     const QVariantMap hints = {
-        {QStringLiteral("desktop-entry"), QStringLiteral("ledgewise")},
+        { QStringLiteral("desktop-entry"), QStringLiteral("ledgewise") },
         // The desktop's own notification sound: no particular sound is named, and the
         // service is asked not to keep quiet.
-        {QStringLiteral("suppress-sound"), false},
-        {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
+        { QStringLiteral("suppress-sound"), false },
+        { QStringLiteral("urgency"), QVariant::fromValue(uchar(1)) },
     };
     notify << QStringLiteral("Ledgewise") << m_shown.value(request.identifier, 0u) << QString() << request.title
            << request.body << QStringList() << hints << -1;

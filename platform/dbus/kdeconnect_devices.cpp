@@ -29,8 +29,7 @@ QString devicePath(const QString &id)
 
 KdeConnectDevices::KdeConnectDevices(QObject *parent)
     : KdeConnectDevices(QDBusConnection::sessionBus(), parent)
-{
-}
+{ }
 
 KdeConnectDevices::KdeConnectDevices(const QDBusConnection &bus, QObject *parent)
     : QObject(parent)
@@ -68,9 +67,7 @@ void KdeConnectDevices::watch()
 {
     // The service starts with the desktop or later, and ends when the user quits it.
     m_watcher = new QDBusServiceWatcher(serviceName(), m_bus,
-                                        QDBusServiceWatcher::WatchForRegistration
-                                            | QDBusServiceWatcher::WatchForUnregistration,
-                                        this);
+        QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, this);
     connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &KdeConnectDevices::refresh);
     connect(m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         ++m_generation;
@@ -78,9 +75,9 @@ void KdeConnectDevices::watch()
     });
     // A device added, removed, coming into reach or leaving it, paired or unpaired,
     // renamed: the list is asked for again (the signals differ between versions).
-    for (const char *signal : {"deviceAdded", "deviceRemoved", "deviceVisibilityChanged", "deviceListChanged"})
+    for (const char *signal : { "deviceAdded", "deviceRemoved", "deviceVisibilityChanged", "deviceListChanged" })
         m_bus.connect(serviceName(), daemonPath, daemonInterface, QLatin1String(signal), this, SLOT(refresh()));
-    for (const char *signal : {"reachableChanged", "pairStateChanged", "trustedChanged", "nameChanged"})
+    for (const char *signal : { "reachableChanged", "pairStateChanged", "trustedChanged", "nameChanged" })
         m_bus.connect(serviceName(), QString(), deviceInterface, QLatin1String(signal), this, SLOT(refresh()));
     refresh();
 }
@@ -90,7 +87,8 @@ void KdeConnectDevices::refresh()
     if (!m_bus.isConnected())
         return;
     const quint64 generation = ++m_generation;
-    QDBusMessage call = QDBusMessage::createMethodCall(serviceName(), daemonPath, daemonInterface, QStringLiteral("devices"));
+    QDBusMessage call
+        = QDBusMessage::createMethodCall(serviceName(), daemonPath, daemonInterface, QStringLiteral("devices"));
     call << true << true; // only reachable, only paired
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, generation] {
@@ -119,9 +117,8 @@ void KdeConnectDevices::refresh()
 
 void KdeConnectDevices::fetchName(const QString &id, quint64 generation)
 {
-    QDBusMessage get = QDBusMessage::createMethodCall(serviceName(), devicePath(id),
-                                                      QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                      QStringLiteral("Get"));
+    QDBusMessage get = QDBusMessage::createMethodCall(
+        serviceName(), devicePath(id), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     get << deviceInterface << QStringLiteral("name");
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(get), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, generation, id] {

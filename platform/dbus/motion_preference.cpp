@@ -35,8 +35,9 @@ MotionPreference::MotionPreference(QObject *parent)
         return;
     // Matched on path and interface alone: only the portal speaks for that object.
     bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QDBusMessage)));
-    QDBusMessage read = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("Read"));
+        SLOT(settingChanged(QDBusMessage)));
+    QDBusMessage read
+        = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("Read"));
     read << group << key;
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

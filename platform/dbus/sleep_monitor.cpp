@@ -13,8 +13,8 @@ SleepMonitor::SleepMonitor(QObject *parent)
     if (!bus.isConnected())
         return;
     m_listening = bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-                              QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
-                              this, SLOT(prepareForSleep(bool)));
+        QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
+        SLOT(prepareForSleep(bool)));
 }
 
 void SleepMonitor::prepareForSleep(bool sleeping)

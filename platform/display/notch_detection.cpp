@@ -19,13 +19,12 @@ std::optional<NotchSize> parseNotchOverride(const QByteArray &value)
     const double height = match.captured(2).toDouble();
     if (width <= 0 || height <= 0)
         return std::nullopt;
-    return NotchSize{width, height};
+    return NotchSize { width, height };
 }
 
 NotchDetector::NotchDetector(QString root)
     : m_root(std::move(root))
-{
-}
+{ }
 
 std::optional<NotchSize> NotchDetector::detectPixels() const
 {
@@ -34,7 +33,7 @@ std::optional<NotchSize> NotchDetector::detectPixels() const
     const auto height = notchHeight();
     if (!height || *height <= 0)
         return std::nullopt;
-    return NotchSize{widthForModel(model()), *height};
+    return NotchSize { widthForModel(model()), *height };
 }
 
 double NotchDetector::widthForModel(const QString &model)
@@ -50,7 +49,7 @@ double NotchDetector::widthForModel(const QString &model)
 bool NotchDetector::notchRowsShown() const
 {
     // Current kernels name the driver appledrm; older ones apple_dcp.
-    for (const char *driver : {"appledrm", "apple_dcp"}) {
+    for (const char *driver : { "appledrm", "apple_dcp" }) {
         QFile parameter(m_root + QStringLiteral("/sys/module/%1/parameters/show_notch").arg(QLatin1String(driver)));
         if (!parameter.open(QIODevice::ReadOnly))
             continue;
@@ -64,8 +63,8 @@ std::optional<double> NotchDetector::notchHeight() const
 {
     // The property sits on the display coprocessor's node; its path differs between
     // machines, so look for it by name.
-    QDirIterator it(m_root + QStringLiteral("/proc/device-tree"), {QStringLiteral("apple,notch-height")},
-                    QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator it(m_root + QStringLiteral("/proc/device-tree"), { QStringLiteral("apple,notch-height") }, QDir::Files,
+        QDirIterator::Subdirectories);
     while (it.hasNext()) {
         QFile property(it.next());
         if (!property.open(QIODevice::ReadOnly))

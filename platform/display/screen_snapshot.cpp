@@ -11,7 +11,7 @@ namespace {
 
 ScreenGeometry geometryOf(const QScreen &screen)
 {
-    return {screen.geometry(), screen.availableGeometry()};
+    return { screen.geometry(), screen.availableGeometry() };
 }
 
 // Detection reads sysfs and walks the device tree, and its answer does not change
@@ -35,13 +35,13 @@ std::optional<NotchSize> notchOf(const QScreen &screen)
     if (!pixels)
         return std::nullopt;
     const double ratio = screen.devicePixelRatio() > 0 ? screen.devicePixelRatio() : 1.0;
-    return NotchSize{pixels->width / ratio, pixels->height / ratio};
+    return NotchSize { pixels->width / ratio, pixels->height / ratio };
 }
 
 } // namespace
 
-DisplaySnapshot makeDisplaySnapshot(const ScreenGeometry &screen, const ScreenGeometry &primary,
-                                    const std::optional<NotchSize> &notch)
+DisplaySnapshot makeDisplaySnapshot(
+    const ScreenGeometry &screen, const ScreenGeometry &primary, const std::optional<NotchSize> &notch)
 {
     const double primaryHeight = primary.geometry.height();
     DisplaySnapshot snapshot;
@@ -53,8 +53,8 @@ DisplaySnapshot makeDisplaySnapshot(const ScreenGeometry &screen, const ScreenGe
         const double notchLeft = frame.minX() + (frame.width - notch->width) / 2;
         const double notchRight = notchLeft + notch->width;
         const double top = frame.maxY() - notch->height;
-        snapshot.auxiliaryTopLeft = {frame.minX(), top, notchLeft - frame.minX(), notch->height};
-        snapshot.auxiliaryTopRight = {notchRight, top, frame.maxX() - notchRight, notch->height};
+        snapshot.auxiliaryTopLeft = { frame.minX(), top, notchLeft - frame.minX(), notch->height };
+        snapshot.auxiliaryTopRight = { notchRight, top, frame.maxX() - notchRight, notch->height };
         snapshot.safeAreaTop = notch->height;
     }
     return snapshot;
@@ -69,7 +69,7 @@ DisplaySnapshot snapshotOf(const QScreen &screen)
 bool isBuiltInPanel(const QScreen &screen)
 {
     const QString name = screen.name();
-    for (const char *prefix : {"eDP", "LVDS", "DSI"}) {
+    for (const char *prefix : { "eDP", "LVDS", "DSI" }) {
         if (name.startsWith(QLatin1String(prefix)))
             return true;
     }

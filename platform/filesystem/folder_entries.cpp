@@ -14,12 +14,14 @@ namespace {
 
 FileFacts factsOf(const struct stat &st)
 {
-    return {qint64(st.st_size), qint64(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec};
+    return { qint64(st.st_size), qint64(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec };
 }
 
 // Owns an open directory stream.
 struct DirectoryStream {
-    explicit DirectoryStream(const QByteArray &path) : dir(::opendir(path.constData())) {}
+    explicit DirectoryStream(const QByteArray &path)
+        : dir(::opendir(path.constData()))
+    { }
     ~DirectoryStream()
     {
         if (dir)
@@ -34,7 +36,8 @@ struct DirectoryStream {
 
 std::optional<FileFacts> regularFile(const QByteArray &path)
 {
-    struct stat st {};
+    struct stat st {
+    };
     if (::lstat(path.constData(), &st) != 0 || !S_ISREG(st.st_mode))
         return std::nullopt;
     return factsOf(st);
@@ -42,12 +45,13 @@ std::optional<FileFacts> regularFile(const QByteArray &path)
 
 bool exists(const QByteArray &path)
 {
-    struct stat st {};
+    struct stat st {
+    };
     return ::lstat(path.constData(), &st) == 0;
 }
 
-bool forEachRegularFile(const QByteArray &folder,
-                        const std::function<bool(const QByteArray &name, const FileFacts &facts)> &visit)
+bool forEachRegularFile(
+    const QByteArray &folder, const std::function<bool(const QByteArray &name, const FileFacts &facts)> &visit)
 {
     DirectoryStream stream(folder);
     if (!stream.dir)
@@ -57,7 +61,8 @@ bool forEachRegularFile(const QByteArray &folder,
         // The type from the directory itself saves a stat of every folder and link.
         if (entry->d_type != DT_REG && entry->d_type != DT_UNKNOWN)
             continue;
-        struct stat st {};
+        struct stat st {
+        };
         if (::fstatat(dirFd, entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode))
             continue;
         if (!visit(QByteArray(entry->d_name), factsOf(st)))

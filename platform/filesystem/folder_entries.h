@@ -30,8 +30,8 @@ bool exists(const QByteArray &path);
 
 // Calls `visit` for every regular file of the folder's top level (links not followed,
 // nothing below it) until `visit` returns false. False when the folder cannot be read.
-bool forEachRegularFile(const QByteArray &folder,
-                        const std::function<bool(const QByteArray &name, const FileFacts &facts)> &visit);
+bool forEachRegularFile(
+    const QByteArray &folder, const std::function<bool(const QByteArray &name, const FileFacts &facts)> &visit);
 
 // `folder` + "/" + `name`, without doubling a trailing slash.
 QByteArray childPath(const QByteArray &folder, const QByteArray &name);

@@ -14,8 +14,7 @@ namespace ledgewise {
 
 InotifyFolderWatcher::InotifyFolderWatcher(QObject *parent)
     : FolderWatcher(parent)
-{
-}
+{ }
 
 InotifyFolderWatcher::~InotifyFolderWatcher()
 {

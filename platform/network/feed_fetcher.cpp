@@ -13,7 +13,7 @@ FeedFetcher::FeedFetcher(Limits limits, QObject *parent)
     , m_limits(limits)
 {
     m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, [this] { stop({Failure::timedOut, {}, 0, {}}); });
+    connect(&m_deadline, &QTimer::timeout, this, [this] { stop({ Failure::timedOut, {}, 0, {} }); });
 }
 
 FeedFetcher::~FeedFetcher()
@@ -68,7 +68,7 @@ void FeedFetcher::checkAnnouncedSize()
         return;
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
     if (length.isValid() && length.toLongLong() > m_limits.maximumBytes)
-        stop({Failure::tooLarge, {}, 0, {}});
+        stop({ Failure::tooLarge, {}, 0, {} });
 }
 
 void FeedFetcher::readAvailable()
@@ -77,7 +77,7 @@ void FeedFetcher::readAvailable()
         return;
     m_body += m_reply->read(m_limits.maximumBytes + 1 - m_body.size());
     if (m_body.size() > m_limits.maximumBytes)
-        stop({Failure::tooLarge, {}, 0, {}});
+        stop({ Failure::tooLarge, {}, 0, {} });
 }
 
 void FeedFetcher::replyFinished()

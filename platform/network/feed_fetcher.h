@@ -28,7 +28,7 @@ class FeedFetcher : public QObject
 public:
     struct Limits {
         qint64 maximumBytes = 1024 * 1024;
-        std::chrono::milliseconds deadline{15000};
+        std::chrono::milliseconds deadline { 15000 };
         int maximumRedirects = 5;
     };
 

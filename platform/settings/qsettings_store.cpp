@@ -17,8 +17,8 @@ constexpr QFileDevice::Permissions ownerOnlyFolder = ownerReadWrite | QFileDevic
 
 QSettingsStore::QSettingsStore()
     : m_open([] {
-        return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Ledgewise"),
-                                           QStringLiteral("Ledgewise"));
+        return std::make_unique<QSettings>(
+            QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Ledgewise"), QStringLiteral("Ledgewise"));
     })
     , m_settings(m_open())
 {

@@ -30,11 +30,12 @@ SettingsFileWatcher::SettingsFileWatcher(const QString &fileName, QObject *paren
 
 SettingsFileWatcher::Stamp SettingsFileWatcher::stamp() const
 {
-    struct stat status {};
+    struct stat status {
+    };
     if (::stat(QFile::encodeName(m_fileName).constData(), &status) != 0)
         return {};
-    return {true, qint64(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec, qint64(status.st_size),
-            quint64(status.st_ino)};
+    return { true, qint64(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec, qint64(status.st_size),
+        quint64(status.st_ino) };
 }
 
 void SettingsFileWatcher::watchAgain()

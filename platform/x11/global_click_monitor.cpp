@@ -34,7 +34,7 @@ GlobalClickMonitor::GlobalClickMonitor(QObject *parent)
     struct {
         xcb_input_event_mask_t head;
         uint32_t mask;
-    } selection = {{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+    } selection = { { XCB_INPUT_DEVICE_ALL_MASTER, 1 }, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS };
     xcb_input_xi_select_events(m_connection, root, 1, &selection.head);
     xcb_flush(m_connection);
 
@@ -51,7 +51,7 @@ GlobalClickMonitor::~GlobalClickMonitor()
 
 void GlobalClickMonitor::readEvents()
 {
-    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+    while (const XcbReply<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) }) {
         const auto *generic = reinterpret_cast<const xcb_ge_generic_event_t *>(event.get());
         const bool rawPress = (event->response_type & 0x7f) == XCB_GE_GENERIC && generic->extension == m_xinputOpcode
             && generic->event_type == XCB_INPUT_RAW_BUTTON_PRESS;

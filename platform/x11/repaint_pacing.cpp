@@ -19,7 +19,7 @@ constexpr char noSharedMemory[] = "QT_XCB_NO_MITSHM";
 // loop (every surface's at once), so the paint follows in the next turn with no wait.
 constexpr char updateIdleTime[] = "QT_QPA_UPDATE_IDLE_TIME";
 
-bool setByUs[2] = {false, false};
+bool setByUs[2] = { false, false };
 
 } // namespace
 

@@ -22,8 +22,7 @@ using GlobalShortcuts::Shortcut;
 
 namespace {
 
-template <typename T, void (*Free)(T *)>
-struct Deleter {
+template <typename T, void (*Free)(T *)> struct Deleter {
     void operator()(T *pointer) const { Free(pointer); }
 };
 
@@ -100,7 +99,7 @@ struct X11HotKeyGrabber::Keyboard {
             xkb_x11_keymap_new_from_device(context.get(), connection, device, XKB_KEYMAP_COMPILE_NO_FLAGS));
         if (!keyboard->keymap)
             return nullptr;
-        if (State state{xkb_x11_state_new_from_device(keyboard->keymap.get(), connection, device)})
+        if (State state { xkb_x11_state_new_from_device(keyboard->keymap.get(), connection, device) })
             keyboard->group = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
         keyboard->readModifiers(connection);
         return keyboard;
@@ -123,17 +122,17 @@ struct X11HotKeyGrabber::Keyboard {
                 if (keycode == 0)
                     continue;
                 xkb_keymap *map = keymap.get();
-                if (!altFound && keyTypesAnyOf(map, keycode, {XKB_KEY_Alt_L, XKB_KEY_Alt_R, XKB_KEY_Meta_L})) {
+                if (!altFound && keyTypesAnyOf(map, keycode, { XKB_KEY_Alt_L, XKB_KEY_Alt_R, XKB_KEY_Meta_L })) {
                     alt = mask;
                     altFound = true;
                 }
-                if (!superFound && keyTypesAnyOf(map, keycode, {XKB_KEY_Super_L, XKB_KEY_Super_R})) {
+                if (!superFound && keyTypesAnyOf(map, keycode, { XKB_KEY_Super_L, XKB_KEY_Super_R })) {
                     super = mask;
                     superFound = true;
                 }
-                if (!numLock && keyTypesAnyOf(map, keycode, {XKB_KEY_Num_Lock}))
+                if (!numLock && keyTypesAnyOf(map, keycode, { XKB_KEY_Num_Lock }))
                     numLock = mask;
-                if (!scrollLock && keyTypesAnyOf(map, keycode, {XKB_KEY_Scroll_Lock}))
+                if (!scrollLock && keyTypesAnyOf(map, keycode, { XKB_KEY_Scroll_Lock }))
                     scrollLock = mask;
             }
         }
@@ -183,7 +182,7 @@ X11HotKeyGrabber::X11HotKeyGrabber(QObject *parent)
         return;
     uint8_t firstEvent = 0;
     if (!xkb_x11_setup_xkb_extension(m_connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                     XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &firstEvent, nullptr))
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &firstEvent, nullptr))
         return;
     m_xkbEvent = firstEvent;
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
@@ -191,15 +190,14 @@ X11HotKeyGrabber::X11HotKeyGrabber(QObject *parent)
     // Without this a held key sends a release before each repeated press, and a
     // shortcut acting on release would fire over and over.
     const uint32_t detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-    XcbReply<xcb_xkb_per_client_flags_reply_t>{xcb_xkb_per_client_flags_reply(
-        m_connection,
-        xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr)};
+    XcbReply<xcb_xkb_per_client_flags_reply_t> { xcb_xkb_per_client_flags_reply(m_connection,
+        xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr) };
 
     // Told of a new keyboard, a new map and a switch of group, to take the keys again.
-    const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY
-        | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
+    const uint16_t events
+        = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
     const uint16_t mapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-    xcb_xkb_select_events_details_t details{};
+    xcb_xkb_select_events_details_t details {};
     details.affectNewKeyboard = XCB_XKB_NKN_DETAIL_KEYCODES;
     details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES;
     details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
@@ -227,7 +225,7 @@ std::optional<QString> X11HotKeyGrabber::grab(const Shortcut &shortcut, HotKeyID
     if (!isActive())
         return QStringLiteral("no X display with the keyboard extension");
     ungrab(id);
-    Grab grab{id, shortcut, {}, 0};
+    Grab grab { id, shortcut, {}, 0 };
     if (const auto refused = take(grab))
         return refused;
     m_grabs.append(grab);
@@ -280,13 +278,13 @@ std::optional<QString> X11HotKeyGrabber::take(Grab &grab)
     QList<xcb_void_cookie_t> cookies;
     for (const quint8 keycode : std::as_const(grab.keycodes)) {
         for (const quint16 locks : lockVariants()) {
-            cookies.append(xcb_grab_key_checked(m_connection, 0, m_root, grab.modifiers | locks, keycode,
-                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+            cookies.append(xcb_grab_key_checked(
+                m_connection, 0, m_root, grab.modifiers | locks, keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
         }
     }
     std::optional<QString> refused;
     for (const xcb_void_cookie_t cookie : std::as_const(cookies)) {
-        if (const XcbReply<xcb_generic_error_t> error{xcb_request_check(m_connection, cookie)}) {
+        if (const XcbReply<xcb_generic_error_t> error { xcb_request_check(m_connection, cookie) }) {
             if (!refused)
                 refused = describeError(error->error_code);
         }
@@ -309,8 +307,8 @@ void X11HotKeyGrabber::release(const Grab &grab)
 
 QList<quint16> X11HotKeyGrabber::lockVariants() const
 {
-    const quint16 locks[] = {XCB_MOD_MASK_LOCK, m_keyboard->numLock, m_keyboard->scrollLock};
-    QList<quint16> variants = {0};
+    const quint16 locks[] = { XCB_MOD_MASK_LOCK, m_keyboard->numLock, m_keyboard->scrollLock };
+    QList<quint16> variants = { 0 };
     for (const quint16 lock : locks) {
         if (lock == 0 || (variants.constLast() & lock))
             continue;
@@ -323,7 +321,7 @@ QList<quint16> X11HotKeyGrabber::lockVariants() const
 
 void X11HotKeyGrabber::readEvents()
 {
-    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)})
+    while (const XcbReply<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) })
         handle(event.get());
 }
 
@@ -401,7 +399,7 @@ void X11HotKeyGrabber::takeAllAgain()
     for (Grab &grab : grabs) {
         release(grab);
         if (const auto refused = take(grab))
-            lostGrabs.append({grab.id, *refused});
+            lostGrabs.append({ grab.id, *refused });
         else
             m_grabs.append(grab);
     }

@@ -13,7 +13,6 @@ struct XcbFree {
     void operator()(void *pointer) const { std::free(pointer); }
 };
 
-template <typename T>
-using XcbReply = std::unique_ptr<T, XcbFree>;
+template <typename T> using XcbReply = std::unique_ptr<T, XcbFree>;
 
 } // namespace ledgewise

@@ -10,8 +10,7 @@ namespace ledgewise {
 
 namespace {
 
-template <typename T, void (*Free)(T *)>
-struct Deleter {
+template <typename T, void (*Free)(T *)> struct Deleter {
     void operator()(T *pointer) const { Free(pointer); }
 };
 
@@ -23,13 +22,32 @@ using State = std::unique_ptr<xkb_state, Deleter<xkb_state, xkb_state_unref>>;
 // The letter keys: a group that types ASCII on all of them is one a shortcut can be
 // read in (German or French qualify, Russian or Greek do not).
 constexpr GlobalShortcuts::Key letterKeys[] = {
-    GlobalShortcuts::Key::a, GlobalShortcuts::Key::b, GlobalShortcuts::Key::c, GlobalShortcuts::Key::d,
-    GlobalShortcuts::Key::e, GlobalShortcuts::Key::f, GlobalShortcuts::Key::g, GlobalShortcuts::Key::h,
-    GlobalShortcuts::Key::i, GlobalShortcuts::Key::j, GlobalShortcuts::Key::k, GlobalShortcuts::Key::l,
-    GlobalShortcuts::Key::m, GlobalShortcuts::Key::n, GlobalShortcuts::Key::o, GlobalShortcuts::Key::p,
-    GlobalShortcuts::Key::q, GlobalShortcuts::Key::r, GlobalShortcuts::Key::s, GlobalShortcuts::Key::t,
-    GlobalShortcuts::Key::u, GlobalShortcuts::Key::v, GlobalShortcuts::Key::w, GlobalShortcuts::Key::x,
-    GlobalShortcuts::Key::y, GlobalShortcuts::Key::z,
+    GlobalShortcuts::Key::a,
+    GlobalShortcuts::Key::b,
+    GlobalShortcuts::Key::c,
+    GlobalShortcuts::Key::d,
+    GlobalShortcuts::Key::e,
+    GlobalShortcuts::Key::f,
+    GlobalShortcuts::Key::g,
+    GlobalShortcuts::Key::h,
+    GlobalShortcuts::Key::i,
+    GlobalShortcuts::Key::j,
+    GlobalShortcuts::Key::k,
+    GlobalShortcuts::Key::l,
+    GlobalShortcuts::Key::m,
+    GlobalShortcuts::Key::n,
+    GlobalShortcuts::Key::o,
+    GlobalShortcuts::Key::p,
+    GlobalShortcuts::Key::q,
+    GlobalShortcuts::Key::r,
+    GlobalShortcuts::Key::s,
+    GlobalShortcuts::Key::t,
+    GlobalShortcuts::Key::u,
+    GlobalShortcuts::Key::v,
+    GlobalShortcuts::Key::w,
+    GlobalShortcuts::Key::x,
+    GlobalShortcuts::Key::y,
+    GlobalShortcuts::Key::z,
 };
 
 std::optional<QString> typedText(xkb_state *state, GlobalShortcuts::Key key)
@@ -92,9 +110,8 @@ void XkbKeyboardLayout::reload()
     Connection connection(xcb_connect(nullptr, nullptr));
     if (!connection || xcb_connection_has_error(connection.get()))
         return;
-    if (!xkb_x11_setup_xkb_extension(connection.get(), XKB_X11_MIN_MAJOR_XKB_VERSION,
-                                     XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
-                                     nullptr, nullptr, nullptr, nullptr))
+    if (!xkb_x11_setup_xkb_extension(connection.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
         return;
     const int32_t device = xkb_x11_get_core_keyboard_device_id(connection.get());
     Context context(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
@@ -114,14 +131,14 @@ void XkbKeyboardLayout::reload()
     const xkb_layout_index_t active = xkb_state_serialize_layout(serverState.get(), XKB_STATE_LAYOUT_EFFECTIVE);
     State state = modifierFreeState(keymap.get(), active);
     if (state && typesAscii(state.get())) {
-        m_keymap = std::make_unique<Keymap>(Keymap{std::move(keymap), std::move(state)});
+        m_keymap = std::make_unique<Keymap>(Keymap { std::move(keymap), std::move(state) });
         return;
     }
     const xkb_layout_index_t groups = xkb_keymap_num_layouts(keymap.get());
     for (xkb_layout_index_t group = 0; group < groups; ++group) {
         state = modifierFreeState(keymap.get(), group);
         if (group != active && state && typesAscii(state.get())) {
-            m_keymap = std::make_unique<Keymap>(Keymap{std::move(keymap), std::move(state)});
+            m_keymap = std::make_unique<Keymap>(Keymap { std::move(keymap), std::move(state) });
             return;
         }
     }

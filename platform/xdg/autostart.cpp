@@ -25,8 +25,7 @@ bool removeIfPresent(const QString &path)
 XdgAutostart::XdgAutostart(QString folder, QString program)
     : m_folder(std::move(folder))
     , m_program(program.isEmpty() ? QCoreApplication::applicationFilePath() : std::move(program))
-{
-}
+{ }
 
 QString XdgAutostart::defaultFolder()
 {

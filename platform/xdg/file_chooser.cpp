@@ -29,7 +29,8 @@ QString DesktopFileChooser::programPath()
 {
     if (const QString chosen = qEnvironmentVariable("LEDGEWISE_FILE_CHOOSER"); !chosen.isEmpty())
         return chosen;
-    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("ledgewise-file-chooser"));
+    const QString beside
+        = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("ledgewise-file-chooser"));
     if (QFileInfo(beside).isExecutable())
         return beside;
     return QStringLiteral(LEDGEWISE_LIBEXEC_DIR "/ledgewise-file-chooser");
@@ -40,8 +41,8 @@ bool DesktopFileChooser::isOpen() const
     return m_process && m_process->state() != QProcess::NotRunning;
 }
 
-void DesktopFileChooser::chooseFile(const QString &message, const QString &startFolder, const QString &nameFilter,
-                                    QObject *context, Answer answer)
+void DesktopFileChooser::chooseFile(
+    const QString &message, const QString &startFolder, const QString &nameFilter, QObject *context, Answer answer)
 {
     // Only one chooser at a time: the earlier one is answered as cancelled, and goes.
     if (m_process) {
@@ -57,7 +58,7 @@ void DesktopFileChooser::chooseFile(const QString &message, const QString &start
 
     m_process = std::make_unique<QProcess>();
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    QStringList arguments{QStringLiteral("--message"), message, QStringLiteral("--start-folder"), startFolder};
+    QStringList arguments { QStringLiteral("--message"), message, QStringLiteral("--start-folder"), startFolder };
     if (!nameFilter.isEmpty())
         arguments << QStringLiteral("--name-filter") << nameFilter;
     QProcess *process = m_process.get();
@@ -75,7 +76,7 @@ void DesktopFileChooser::chooseFile(const QString &message, const QString &start
         if (error != QProcess::FailedToStart)
             return;
         std::fprintf(stderr, "Ledgewise cannot show a file chooser: %s: %s\n", qPrintable(process->program()),
-                     qPrintable(process->errorString()));
+            qPrintable(process->errorString()));
         m_process.release()->deleteLater();
         finish(QString());
     });

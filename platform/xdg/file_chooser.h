@@ -25,8 +25,9 @@ public:
 
     virtual ~FileChooser() = default;
     // `answer` is called at most once, and never after `context` is gone.
-    virtual void chooseFile(const QString &message, const QString &startFolder, const QString &nameFilter,
-                            QObject *context, Answer answer) = 0;
+    virtual void chooseFile(
+        const QString &message, const QString &startFolder, const QString &nameFilter, QObject *context, Answer answer)
+        = 0;
     // A chooser is on screen, waiting for the user.
     virtual bool isOpen() const = 0;
 };
@@ -46,7 +47,7 @@ public:
     ~DesktopFileChooser() override;
 
     void chooseFile(const QString &message, const QString &startFolder, const QString &nameFilter, QObject *context,
-                    Answer answer) override;
+        Answer answer) override;
     bool isOpen() const override;
 
     // Where the chooser program is: LEDGEWISE_FILE_CHOOSER when set, else beside this

@@ -20,7 +20,7 @@ public:
     InstanceLock &operator=(const InstanceLock &) = delete;
 
     enum class Outcome {
-        held,        // this process holds the lock now
+        held, // this process holds the lock now
         heldByOther, // another live process holds it
         unavailable, // no lock file can be made there (a read-only folder, say)
     };

@@ -26,8 +26,8 @@ ProgramCommand DetachedProgramLauncher::inTerminal(const ProgramCommand &command
 {
     if (terminal.isEmpty())
         return command;
-    return {terminal, QStringList{QStringLiteral("-e"), command.program} + command.arguments, command.workingDirectory,
-            false};
+    return { terminal, QStringList { QStringLiteral("-e"), command.program } + command.arguments,
+        command.workingDirectory, false };
 }
 
 bool DetachedProgramLauncher::launch(const ProgramCommand &command)

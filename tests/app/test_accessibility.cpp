@@ -36,7 +36,7 @@ while time.time() < deadline:
 sys.exit(1)
 )";
     QProcess probe;
-    probe.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), QString::fromLatin1(script), application});
+    probe.start(QStringLiteral("/usr/bin/python3"), { QStringLiteral("-c"), QString::fromLatin1(script), application });
     probe.waitForFinished(30000);
     return QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
@@ -106,23 +106,27 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(QStringLiteral("right")).isEmpty(), 10000);
         // Each surface is a frame named after its side.
         const QStringList frames = framesOf(QStringLiteral("Ledgewise"));
-        QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise left surface")), qPrintable(frames.join(QLatin1Char(';'))));
-        QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise right surface")), qPrintable(frames.join(QLatin1Char(';'))));
+        QVERIFY2(
+            frames.contains(QStringLiteral("frame|Ledgewise left surface")), qPrintable(frames.join(QLatin1Char(';'))));
+        QVERIFY2(frames.contains(QStringLiteral("frame|Ledgewise right surface")),
+            qPrintable(frames.join(QLatin1Char(';'))));
 
         QProcess probe;
-        probe.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-u"), QStringLiteral("-c"), QString::fromLatin1(menuProbe),
-                                                         QStringLiteral("Ledgewise"), QStringLiteral("Quit Ledgewise")});
+        probe.start(QStringLiteral("/usr/bin/python3"),
+            { QStringLiteral("-u"), QStringLiteral("-c"), QString::fromLatin1(menuProbe), QStringLiteral("Ledgewise"),
+                QStringLiteral("Quit Ledgewise") });
         QTRY_VERIFY_WITH_TIMEOUT(probe.canReadLine() || (probe.waitForReadyRead(100) && probe.canReadLine()), 20000);
         QCOMPARE(probe.readLine().trimmed(), QByteArray("listening"));
         // A secondary click on the left surface opens its menu.
         pointerTo(118, 14);
-        xdotool({QStringLiteral("click"), QStringLiteral("3")});
+        xdotool({ QStringLiteral("click"), QStringLiteral("3") });
         // The menu takes the keyboard focus as it opens: that is where the probe meets it.
         QTRY_COMPARE_WITH_TIMEOUT(probe.state(), QProcess::NotRunning, 25000);
-        const QStringList said = QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        QCOMPARE(said, QStringList({QStringLiteral("menu item|Settings…"), QStringLiteral("menu item|Check for Updates…"),
-                                    QStringLiteral("separator|"), QStringLiteral("menu item|Quit Ledgewise"),
-                                    QStringLiteral("pressed")}));
+        const QStringList said
+            = QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(said,
+            QStringList({ QStringLiteral("menu item|Settings…"), QStringLiteral("menu item|Check for Updates…"),
+                QStringLiteral("separator|"), QStringLiteral("menu item|Quit Ledgewise"), QStringLiteral("pressed") }));
         QTRY_COMPARE_WITH_TIMEOUT(app.state(), QProcess::NotRunning, 10000);
         QCOMPARE(app.exitStatus(), QProcess::NormalExit);
         QCOMPARE(app.exitCode(), 0);

@@ -83,7 +83,9 @@ QStringList siteTitles(const Preferences &preferences)
 class TornFileWatch
 {
 public:
-    TornFileWatch() : m_thread([this] { watch(); }) {}
+    TornFileWatch()
+        : m_thread([this] { watch(); })
+    { }
     ~TornFileWatch()
     {
         m_stop = true;
@@ -107,7 +109,8 @@ private:
 
     void watch()
     {
-        Watched files[] = {{QFile::encodeName(historyPath()), '[', ']'}, {QFile::encodeName(settingsPath()), '[', '\n'}};
+        Watched files[]
+            = { { QFile::encodeName(historyPath()), '[', ']' }, { QFile::encodeName(settingsPath()), '[', '\n' } };
         while (!m_stop) {
             for (Watched &file : files)
                 check(file);
@@ -125,13 +128,14 @@ private:
             return;
         }
         file.seen = true;
-        struct stat status {};
+        struct stat status {
+        };
         char first = 0;
         char last = 0;
         if (::fstat(fd, &status) != 0 || status.st_size == 0)
             tear(file, "empty");
-        else if (::pread(fd, &first, 1, 0) != 1 || ::pread(fd, &last, 1, status.st_size - 1) != 1
-                 || first != file.first || last != file.last)
+        else if (::pread(fd, &first, 1, 0) != 1 || ::pread(fd, &last, 1, status.st_size - 1) != 1 || first != file.first
+            || last != file.last)
             tear(file, QByteArray("cut short at ") + QByteArray::number(qint64(status.st_size)) + " bytes");
         ::close(fd);
     }
@@ -162,10 +166,14 @@ struct Operation {
 QString describe(const Operation &operation)
 {
     switch (operation.kind) {
-    case Kind::capture: return QStringLiteral("copy \"%1\"").arg(operation.subject);
-    case Kind::pin: return QStringLiteral("%1 \"%2\"").arg(operation.pinning ? "pin" : "unpin", operation.subject);
-    case Kind::addSite: return QStringLiteral("add site %1").arg(operation.subject);
-    case Kind::removeSite: return QStringLiteral("remove site %1").arg(operation.subject);
+    case Kind::capture:
+        return QStringLiteral("copy \"%1\"").arg(operation.subject);
+    case Kind::pin:
+        return QStringLiteral("%1 \"%2\"").arg(operation.pinning ? "pin" : "unpin", operation.subject);
+    case Kind::addSite:
+        return QStringLiteral("add site %1").arg(operation.subject);
+    case Kind::removeSite:
+        return QStringLiteral("remove site %1").arg(operation.subject);
     }
     return {};
 }
@@ -180,7 +188,8 @@ struct Acknowledged {
 // happened: an acknowledged entry missing (only a capture may push out the oldest
 // unpinned entry, as the history's capacity says), a pin state changed, an entry
 // from nowhere. Empty when all is well.
-QString historyLoss(const QList<ClipboardItem> &before, const QList<ClipboardItem> &now, const std::optional<Operation> &inFlight)
+QString historyLoss(
+    const QList<ClipboardItem> &before, const QList<ClipboardItem> &now, const std::optional<Operation> &inFlight)
 {
     const bool capturing = inFlight && inFlight->kind == Kind::capture;
     std::optional<QUuid> mayBePushedOut;
@@ -191,7 +200,8 @@ QString historyLoss(const QList<ClipboardItem> &before, const QList<ClipboardIte
         }
     }
     for (const ClipboardItem &acknowledged : before) {
-        const auto found = std::find_if(now.cbegin(), now.cend(), [&](const auto &item) { return item.id == acknowledged.id; });
+        const auto found
+            = std::find_if(now.cbegin(), now.cend(), [&](const auto &item) { return item.id == acknowledged.id; });
         if (found == now.cend()) {
             if (mayBePushedOut == acknowledged.id)
                 continue;
@@ -201,11 +211,12 @@ QString historyLoss(const QList<ClipboardItem> &before, const QList<ClipboardIte
             return QStringLiteral("\"%1\" changed its content").arg(acknowledged.text.value_or(QString()).left(40));
         const bool pinInFlight = inFlight && inFlight->kind == Kind::pin && inFlight->subject == acknowledged.text;
         if (found->isPinned != acknowledged.isPinned && !pinInFlight)
-            return QStringLiteral("\"%1\" is %2 again").arg(acknowledged.text.value_or(QString()).left(40),
-                                                            acknowledged.isPinned ? "unpinned" : "pinned");
+            return QStringLiteral("\"%1\" is %2 again")
+                .arg(acknowledged.text.value_or(QString()).left(40), acknowledged.isPinned ? "unpinned" : "pinned");
     }
     for (const ClipboardItem &item : now) {
-        const bool known = std::any_of(before.cbegin(), before.cend(), [&](const auto &old) { return old.id == item.id; });
+        const bool known
+            = std::any_of(before.cbegin(), before.cend(), [&](const auto &old) { return old.id == item.id; });
         if (!known && !(capturing && item.text == inFlight->subject))
             return QStringLiteral("\"%1\" came from nowhere").arg(item.text.value_or(QString()).left(40));
     }
@@ -269,8 +280,8 @@ private slots:
                 return;
             KillMoment moment = KillMoment::none;
             if (--untilKill == 0) {
-                moment = std::array{KillMoment::afterAcknowledgement, KillMoment::rightAfterTrigger,
-                                    KillMoment::afterDelay}[m_random.bounded(3)];
+                moment = std::array { KillMoment::afterAcknowledgement, KillMoment::rightAfterTrigger,
+                    KillMoment::afterDelay }[m_random.bounded(3)];
                 untilKill = nextKillDistance();
             }
             trigger(operation);
@@ -279,28 +290,32 @@ private slots:
             if (moment == KillMoment::afterDelay)
                 QThread::msleep(m_random.bounded(51));
             if (moment == KillMoment::rightAfterTrigger || moment == KillMoment::afterDelay) {
-                killAndRestart(operation, QStringLiteral("operation %1 (%2) under way").arg(index).arg(describe(operation)));
+                killAndRestart(
+                    operation, QStringLiteral("operation %1 (%2) under way").arg(index).arg(describe(operation)));
                 landed += happened(operation) ? 1 : 0;
             } else {
                 acknowledge(operation, index);
                 if (moment == KillMoment::afterAcknowledgement)
-                    killAndRestart(std::nullopt, QStringLiteral("operation %1 (%2) acknowledged").arg(index).arg(describe(operation)));
+                    killAndRestart(std::nullopt,
+                        QStringLiteral("operation %1 (%2) acknowledged").arg(index).arg(describe(operation)));
             }
             if (QTest::currentTestFailed())
                 return;
             kills += moment == KillMoment::none ? 0 : 1;
             ++kinds[operation.kind];
             ++moments[moment];
-            QVERIFY2(watch.firstTear().isEmpty(), qPrintable(QStringLiteral("a file was not whole on disk after operation %1: %2")
-                                                                 .arg(index)
-                                                                 .arg(watch.firstTear())));
+            QVERIFY2(watch.firstTear().isEmpty(),
+                qPrintable(QStringLiteral("a file was not whole on disk after operation %1: %2")
+                               .arg(index)
+                               .arg(watch.firstTear())));
         }
-        qInfo("%d operations: %d copies, %d pin changes, %d sites added, %d removed", operationCount, kinds[Kind::capture],
-              kinds[Kind::pin], kinds[Kind::addSite], kinds[Kind::removeSite]);
+        qInfo("%d operations: %d copies, %d pin changes, %d sites added, %d removed", operationCount,
+            kinds[Kind::capture], kinds[Kind::pin], kinds[Kind::addSite], kinds[Kind::removeSite]);
         qInfo("%d kills: %d right after a change was on disk, %d right after a trigger, %d 0-50 ms after one "
               "(%d of these %d changes were found done); both files read %lld times meanwhile",
-              kills, moments[KillMoment::afterAcknowledgement], moments[KillMoment::rightAfterTrigger], moments[KillMoment::afterDelay],
-              landed, moments[KillMoment::rightAfterTrigger] + moments[KillMoment::afterDelay], qint64(watch.reads()));
+            kills, moments[KillMoment::afterAcknowledgement], moments[KillMoment::rightAfterTrigger],
+            moments[KillMoment::afterDelay], landed,
+            moments[KillMoment::rightAfterTrigger] + moments[KillMoment::afterDelay], qint64(watch.reads()));
 
         // A last, ordinary end keeps everything too.
         m_app->terminate();
@@ -329,7 +344,8 @@ private:
     {
         if (operation.kind == Kind::capture || operation.kind == Kind::pin) {
             return std::any_of(m_acknowledged.history.cbegin(), m_acknowledged.history.cend(), [&](const auto &item) {
-                return item.text == operation.subject && (operation.kind == Kind::capture || item.isPinned == operation.pinning);
+                return item.text == operation.subject
+                    && (operation.kind == Kind::capture || item.isPinned == operation.pinning);
             });
         }
         return siteTitles(m_acknowledged.preferences).contains(operation.subject) == (operation.kind == Kind::addSite);
@@ -359,7 +375,7 @@ private:
         preferences.style = NotchStyle::classic;
         preferences.animateInterface = false;
         storePreferences(preferences);
-        m_acknowledged = {history, preferences};
+        m_acknowledged = { history, preferences };
     }
 
     void startApp()
@@ -378,7 +394,8 @@ private:
     {
         const int roll = int(m_random.bounded(100));
         QStringList recent; // the newest entries copied in this run, shown at the top of the panel
-        for (const ClipboardItem &item : std::as_const(m_acknowledged.history).first(std::min<qsizetype>(3, m_acknowledged.history.size()))) {
+        for (const ClipboardItem &item :
+            std::as_const(m_acknowledged.history).first(std::min<qsizetype>(3, m_acknowledged.history.size()))) {
             if (item.text && item.text->startsWith(QLatin1String("copy ")))
                 recent << *item.text;
         }
@@ -388,7 +405,7 @@ private:
             operation.kind = Kind::pin;
             operation.subject = recent[m_random.bounded(int(recent.size()))];
             const auto entry = std::find_if(m_acknowledged.history.cbegin(), m_acknowledged.history.cend(),
-                                            [&](const auto &item) { return item.text == operation.subject; });
+                [&](const auto &item) { return item.text == operation.subject; });
             operation.pinning = !entry->isPinned;
             openSurface(QStringLiteral("left"));
         } else if (roll < 40) {
@@ -401,7 +418,8 @@ private:
                 typeAddress(operation.subject);
         } else {
             operation.kind = Kind::capture;
-            operation.subject = QStringLiteral("copy %1 %2").arg(index).arg(m_random.generate(), 8, 16, QLatin1Char('0'));
+            operation.subject
+                = QStringLiteral("copy %1 %2").arg(index).arg(m_random.generate(), 8, 16, QLatin1Char('0'));
         }
         return operation;
     }
@@ -440,27 +458,31 @@ private:
                 if (!history)
                     return false;
                 const auto entry = std::find_if(history->cbegin(), history->cend(),
-                                                [&](const auto &item) { return item.text == operation.subject; });
+                    [&](const auto &item) { return item.text == operation.subject; });
                 if (entry == history->cend() || (operation.kind == Kind::pin && entry->isPinned != operation.pinning))
                     return false;
                 m_seenHistory = *history;
                 return true;
             }
             const auto preferences = preferencesOnDisk();
-            if (!preferences || siteTitles(*preferences).contains(operation.subject) != (operation.kind == Kind::addSite))
+            if (!preferences
+                || siteTitles(*preferences).contains(operation.subject) != (operation.kind == Kind::addSite))
                 return false;
             m_seenPreferences = *preferences;
             return true;
         };
-        QTRY_VERIFY2_WITH_TIMEOUT(done(), qPrintable(QStringLiteral("operation %1 (%2) never reached the disk").arg(index).arg(describe(operation))),
-                                  10000);
+        QTRY_VERIFY2_WITH_TIMEOUT(done(),
+            qPrintable(QStringLiteral("operation %1 (%2) never reached the disk").arg(index).arg(describe(operation))),
+            10000);
         if (operation.kind == Kind::capture || operation.kind == Kind::pin) {
             const QString loss = historyLoss(m_acknowledged.history, m_seenHistory, operation);
-            QVERIFY2(loss.isEmpty(), qPrintable(QStringLiteral("after operation %1 (%2): %3").arg(index).arg(describe(operation), loss)));
+            QVERIFY2(loss.isEmpty(),
+                qPrintable(QStringLiteral("after operation %1 (%2): %3").arg(index).arg(describe(operation), loss)));
             m_acknowledged.history = m_seenHistory;
         } else {
             const QString loss = preferencesLoss(m_acknowledged.preferences, m_seenPreferences, operation);
-            QVERIFY2(loss.isEmpty(), qPrintable(QStringLiteral("after operation %1 (%2): %3").arg(index).arg(describe(operation), loss)));
+            QVERIFY2(loss.isEmpty(),
+                qPrintable(QStringLiteral("after operation %1 (%2): %3").arg(index).arg(describe(operation), loss)));
             m_acknowledged.preferences = m_seenPreferences;
         }
     }
@@ -492,8 +514,9 @@ private:
         const QString historyLost = historyLoss(m_acknowledged.history, *history, inFlight);
         QVERIFY2(historyLost.isEmpty(), qPrintable(QStringLiteral("history %1: %2").arg(when, historyLost)));
         const QString preferencesLost = preferencesLoss(m_acknowledged.preferences, *preferences, inFlight);
-        QVERIFY2(preferencesLost.isEmpty(), qPrintable(QStringLiteral("preferences %1: %2").arg(when, preferencesLost)));
-        m_acknowledged = {*history, *preferences};
+        QVERIFY2(
+            preferencesLost.isEmpty(), qPrintable(QStringLiteral("preferences %1: %2").arg(when, preferencesLost)));
+        m_acknowledged = { *history, *preferences };
     }
 
     // Opens a side's surface with a click on it (a click there also closes the other).
@@ -503,8 +526,8 @@ private:
             return;
         for (int attempt = 0; attempt < 3 && windowGeometry(side).width() != openWidth; ++attempt) {
             const QRect surface = windowGeometry(side);
-            xdotool({QStringLiteral("mousemove"), QString::number(surface.center().x()), QString::number(surface.top() + 14),
-                     QStringLiteral("click"), QStringLiteral("1")});
+            xdotool({ QStringLiteral("mousemove"), QString::number(surface.center().x()),
+                QString::number(surface.top() + 14), QStringLiteral("click"), QStringLiteral("1") });
             (void)QTest::qWaitFor([&] { return windowGeometry(side).width() == openWidth; }, 2000);
         }
         QCOMPARE(windowGeometry(side).width(), openWidth);
@@ -515,12 +538,20 @@ private:
     void typeAddress(const QString &address)
     {
         for (int attempt = 0; attempt < 3; ++attempt) {
-            const QStringList centre = m_reader->ask(QStringLiteral("centre"), QStringLiteral("text"), QStringLiteral("Address")).split(QLatin1Char(' '));
+            const QStringList centre
+                = m_reader->ask(QStringLiteral("centre"), QStringLiteral("text"), QStringLiteral("Address"))
+                      .split(QLatin1Char(' '));
             QCOMPARE(centre.size(), 2);
-            xdotool({QStringLiteral("mousemove"), centre[0], centre[1], QStringLiteral("click"), QStringLiteral("1")});
-            xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
-            xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("2"), address});
-            if (QTest::qWaitFor([&] { return m_reader->ask(QStringLiteral("text"), QStringLiteral("text"), QStringLiteral("Address")) == address; }, 2000))
+            xdotool(
+                { QStringLiteral("mousemove"), centre[0], centre[1], QStringLiteral("click"), QStringLiteral("1") });
+            xdotool({ QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace") });
+            xdotool({ QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("2"), address });
+            if (QTest::qWaitFor(
+                    [&] {
+                        return m_reader->ask(QStringLiteral("text"), QStringLiteral("text"), QStringLiteral("Address"))
+                            == address;
+                    },
+                    2000))
                 return;
         }
         QFAIL(qPrintable(QStringLiteral("could not type %1 into the address field").arg(address)));
@@ -532,7 +563,8 @@ private:
         if (window.isEmpty())
             return {};
         QRect rect;
-        for (const QString &line : xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window}).split(QLatin1Char('\n'))) {
+        for (const QString &line : xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window })
+                                       .split(QLatin1Char('\n'))) {
             const int value = line.section(QLatin1Char('='), 1).toInt();
             if (line.startsWith(QLatin1String("X=")))
                 rect.moveLeft(value);

@@ -24,9 +24,9 @@ const QString right = QStringLiteral("right");
 // The test's virtual screen: 1512 × 982, no notch, no top panel.
 QRect expectedFrame(NotchSide side, NotchPresentation presentation)
 {
-    const Rect screen{0, 0, 1512, 982};
-    const DisplaySnapshot display{screen, screen, {}, {}, 0, 0};
-    return toWindowRect(NotchLayout::frame(side, presentation, Preferences{}, display), 982);
+    const Rect screen { 0, 0, 1512, 982 };
+    const DisplaySnapshot display { screen, screen, {}, {}, 0, 0 };
+    return toWindowRect(NotchLayout::frame(side, presentation, Preferences {}, display), 982);
 }
 
 const QRect leftOpen = expectedFrame(NotchSide::left, NotchPresentation::expanded);
@@ -36,7 +36,7 @@ const QRect rightClosed = expectedFrame(NotchSide::right, NotchPresentation::sle
 
 void press(const QString &keys)
 {
-    xdotool({QStringLiteral("key"), keys});
+    xdotool({ QStringLiteral("key"), keys });
 }
 
 void storeShortcut(const QString &name, const QByteArray &json)
@@ -69,7 +69,7 @@ struct OtherClient {
 std::unique_ptr<OtherClient> otherClientGrabs(int keysym, int modifiers)
 {
     auto other = std::make_unique<OtherClient>();
-    other->process.start(qEnvironmentVariable("KEY_GRABBER"), {QString::number(keysym), QString::number(modifiers)});
+    other->process.start(qEnvironmentVariable("KEY_GRABBER"), { QString::number(keysym), QString::number(modifiers) });
     if (!other->process.waitForReadyRead(5000) || other->process.readLine() != "grabbed\n")
         return nullptr;
     return other;
@@ -79,7 +79,7 @@ std::unique_ptr<OtherClient> otherClientGrabs(int keysym, int modifiers)
 bool keyboardHeldElsewhere()
 {
     QProcess grabber;
-    grabber.start(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--keyboard")});
+    grabber.start(qEnvironmentVariable("KEY_GRABBER"), { QStringLiteral("--keyboard") });
     grabber.waitForFinished(5000);
     return grabber.readAllStandardOutput() == "refused\n";
 }
@@ -88,7 +88,7 @@ bool keyboardHeldElsewhere()
 int layoutGroup()
 {
     QProcess grabber;
-    grabber.start(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--group")});
+    grabber.start(qEnvironmentVariable("KEY_GRABBER"), { QStringLiteral("--group") });
     grabber.waitForFinished(5000);
     return grabber.exitCode() == 0 ? grabber.readAllStandardOutput().trimmed().toInt() : -1;
 }
@@ -100,7 +100,7 @@ constexpr int mod1 = 8; // Alt on the X server's own keymap
 bool lockOn(const QByteArray &lock)
 {
     QProcess xset;
-    xset.start(QStringLiteral("xset"), {QStringLiteral("q")});
+    xset.start(QStringLiteral("xset"), { QStringLiteral("q") });
     xset.waitForFinished();
     return xset.readAllStandardOutput().simplified().contains(lock + ": on");
 }
@@ -122,7 +122,7 @@ private slots:
         QVERIFY2(QFile::exists(qEnvironmentVariable("LEDGEWISE_EXECUTABLE")), "LEDGEWISE_EXECUTABLE");
         QVERIFY2(QFile::exists(qEnvironmentVariable("KEY_GRABBER")), "KEY_GRABBER");
         // The pointer away from both surfaces, so that no hover widens them.
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600") });
     }
 
     void cleanup()
@@ -133,15 +133,16 @@ private slots:
             m_app.reset();
         }
         QFile::remove(settingsPath());
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("600") });
         // Nothing held down or locked for the next case, even after a failed one.
-        xdotool({QStringLiteral("keyup"), QStringLiteral("alt+space"), QStringLiteral("shift"), QStringLiteral("ctrl")});
+        xdotool(
+            { QStringLiteral("keyup"), QStringLiteral("alt+space"), QStringLiteral("shift"), QStringLiteral("ctrl") });
         if (numLockOn())
             press(QStringLiteral("Num_Lock"));
         if (lockOn("Caps Lock"))
             press(QStringLiteral("Caps_Lock"));
         if (std::exchange(m_keymapChanged, false))
-            QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us")});
+            QProcess::execute(QStringLiteral("setxkbmap"), { QStringLiteral("-layout"), QStringLiteral("us") });
     }
 
     void altSpaceOpensAndClosesTheLeftSurfaceAndShiftAltSpaceTheRight()
@@ -187,7 +188,7 @@ private slots:
     void holdingTheKeysForASecondTogglesOnce()
     {
         start();
-        xdotool({QStringLiteral("keydown"), QStringLiteral("alt+space")});
+        xdotool({ QStringLiteral("keydown"), QStringLiteral("alt+space") });
         // Held past the keyboard's repeat delay: the repeated presses must not bring a
         // release each, or the surface would open and close while the keys are down.
         QElapsedTimer held;
@@ -196,7 +197,7 @@ private slots:
             QCOMPARE(surfaceGeometry(left), leftClosed);
             QTest::qWait(50);
         }
-        xdotool({QStringLiteral("keyup"), QStringLiteral("alt+space")});
+        xdotool({ QStringLiteral("keyup"), QStringLiteral("alt+space") });
         QTRY_COMPARE(surfaceGeometry(left), leftOpen);
         QTest::qWait(300);
         QCOMPARE(surfaceGeometry(left), leftOpen);
@@ -224,8 +225,9 @@ private slots:
         QVERIFY(other);
         start();
         QTRY_VERIFY(m_errors.contains('\n'));
-        QCOMPARE(m_errors, QByteArray("Error registering hotkey ⌥Space: BadAccess (attempt to access private "
-                                      "resource denied)\n"));
+        QCOMPARE(m_errors,
+            QByteArray("Error registering hotkey ⌥Space: BadAccess (attempt to access private "
+                       "resource denied)\n"));
         press(QStringLiteral("shift+alt+space"));
         QTRY_COMPARE(surfaceGeometry(right), rightOpen);
         QCOMPARE(m_app->state(), QProcess::Running);
@@ -242,8 +244,9 @@ private slots:
         storeShortcut(QStringLiteral("toggleRight"), R"({"carbonKeyCode":49,"carbonModifiers":2049})");
         start();
         QTRY_COMPARE(m_errors.count('\n'), 2);
-        QCOMPARE(m_errors, QByteArray("Error registering hotkey ⌥: no key for code 66 in the current keyboard layout\n"
-                                      "Error registering hotkey ⌥Space: unknown modifier bits 0x1\n"));
+        QCOMPARE(m_errors,
+            QByteArray("Error registering hotkey ⌥: no key for code 66 in the current keyboard layout\n"
+                       "Error registering hotkey ⌥Space: unknown modifier bits 0x1\n"));
         // One that does not decode at all, written while it runs.
         storeShortcut(QStringLiteral("toggleRight"), "{\"carbonKeyCode\":");
         QTRY_COMPARE(m_errors.count('\n'), 3);
@@ -257,12 +260,12 @@ private slots:
     {
         start();
         const auto menuShows = [] {
-            return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                             QStringLiteral("^Ledgewise menu$")})
+            return !xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                QStringLiteral("^Ledgewise menu$") })
                         .isEmpty();
         };
-        xdotool({QStringLiteral("mousemove"), QString::number(leftClosed.center().x()),
-                 QString::number(leftClosed.center().y()), QStringLiteral("click"), QStringLiteral("3")});
+        xdotool({ QStringLiteral("mousemove"), QString::number(leftClosed.center().x()),
+            QString::number(leftClosed.center().y()), QStringLiteral("click"), QStringLiteral("3") });
         QTRY_VERIFY(menuShows());
         QTRY_VERIFY(keyboardHeldElsewhere());
         // The first entry highlighted: Space alone would press it and close the menu.
@@ -283,10 +286,10 @@ private slots:
     void theTogglesSurviveAKeyboardLayoutSwitch()
     {
         start();
-        setKeymap({QStringLiteral("-layout"), QStringLiteral("de")});
+        setKeymap({ QStringLiteral("-layout"), QStringLiteral("de") });
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftOpen);
-        setKeymap({QStringLiteral("-layout"), QStringLiteral("us")});
+        setKeymap({ QStringLiteral("-layout"), QStringLiteral("us") });
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftClosed);
         QVERIFY2(m_errors.isEmpty(), m_errors.constData());
@@ -296,10 +299,10 @@ private slots:
     {
         start();
         // US and Russian, switched to Russian as a layout switcher does.
-        setKeymap({QStringLiteral("-layout"), QStringLiteral("us,ru")});
-        QCOMPARE(QProcess::execute(qEnvironmentVariable("KEY_GRABBER"), {QStringLiteral("--lock-group"),
-                                                                         QStringLiteral("1")}),
-                 0);
+        setKeymap({ QStringLiteral("-layout"), QStringLiteral("us,ru") });
+        QCOMPARE(QProcess::execute(
+                     qEnvironmentVariable("KEY_GRABBER"), { QStringLiteral("--lock-group"), QStringLiteral("1") }),
+            0);
         QTRY_COMPARE(layoutGroup(), 1);
         press(QStringLiteral("alt+space"));
         QTRY_COMPARE(surfaceGeometry(left), leftOpen);
@@ -314,9 +317,10 @@ private slots:
         // Num Lock moves to another modifier while Ledgewise runs, then is turned on:
         // the grabs must now allow for that modifier instead.
         m_keymapChanged = true;
-        QCOMPARE(QProcess::execute(QStringLiteral("xmodmap"), {QStringLiteral("-e"), QStringLiteral("clear mod2"),
-                                                               QStringLiteral("-e"), QStringLiteral("add mod3 = Num_Lock")}),
-                 0);
+        QCOMPARE(QProcess::execute(QStringLiteral("xmodmap"),
+                     { QStringLiteral("-e"), QStringLiteral("clear mod2"), QStringLiteral("-e"),
+                         QStringLiteral("add mod3 = Num_Lock") }),
+            0);
         press(QStringLiteral("Num_Lock"));
         QTRY_VERIFY(numLockOn());
         press(QStringLiteral("alt+space"));
@@ -337,7 +341,7 @@ private:
         m_app = std::make_unique<QProcess>();
         m_errors.clear();
         connect(m_app.get(), &QProcess::readyReadStandardError, this,
-                [this] { m_errors += m_app->readAllStandardError(); });
+            [this] { m_errors += m_app->readAllStandardError(); });
         QVERIFY(startLedgewise(*m_app));
         // The surfaces come after the shortcuts are taken.
         QTRY_VERIFY_WITH_TIMEOUT(!surfaceWindow(left).isEmpty() && !surfaceWindow(right).isEmpty(), 15000);

@@ -25,9 +25,9 @@ const QString serviceName = QStringLiteral("org.ledgewise.Ledgewise");
 // The test's virtual screen: 1512 × 982, no notch, no top panel.
 QRect expectedFrame(NotchSide side, NotchPresentation presentation)
 {
-    const Rect screen{0, 0, 1512, 982};
-    const DisplaySnapshot display{screen, screen, {}, {}, 0, 0};
-    return toWindowRect(NotchLayout::frame(side, presentation, Preferences{}, display), 982);
+    const Rect screen { 0, 0, 1512, 982 };
+    const DisplaySnapshot display { screen, screen, {}, {}, 0, 0 };
+    return toWindowRect(NotchLayout::frame(side, presentation, Preferences {}, display), 982);
 }
 
 bool instanceRunning()
@@ -48,9 +48,8 @@ public slots:
 private slots:
     void initTestCase()
     {
-        QVERIFY(QDBusConnection::sessionBus().connect(QString(), QStringLiteral("/org/ledgewise/Ledgewise"), serviceName,
-                                                      QStringLiteral("SettingsRequested"), this,
-                                                      SLOT(settingsRequested())));
+        QVERIFY(QDBusConnection::sessionBus().connect(QString(), QStringLiteral("/org/ledgewise/Ledgewise"),
+            serviceName, QStringLiteral("SettingsRequested"), this, SLOT(settingsRequested())));
     }
 
     void cleanup()
@@ -67,10 +66,10 @@ private slots:
     void everyCommandWithoutARunningInstanceSaysSoAndFails_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("quit") << QStringList{QStringLiteral("--quit")};
-        QTest::newRow("settings") << QStringList{QStringLiteral("--settings")};
-        QTest::newRow("toggle left") << QStringList{QStringLiteral("--toggle"), QStringLiteral("left")};
-        QTest::newRow("toggle right") << QStringList{QStringLiteral("--toggle=right")};
+        QTest::newRow("quit") << QStringList { QStringLiteral("--quit") };
+        QTest::newRow("settings") << QStringList { QStringLiteral("--settings") };
+        QTest::newRow("toggle left") << QStringList { QStringLiteral("--toggle"), QStringLiteral("left") };
+        QTest::newRow("toggle right") << QStringList { QStringLiteral("--toggle=right") };
     }
 
     void everyCommandWithoutARunningInstanceSaysSoAndFails()
@@ -87,7 +86,7 @@ private slots:
     void aBadSideIsRefusedBeforeAnythingIsAsked()
     {
         startApp();
-        const Finished result = runLedgewise({QStringLiteral("--toggle"), QStringLiteral("top")});
+        const Finished result = runLedgewise({ QStringLiteral("--toggle"), QStringLiteral("top") });
         QCOMPARE(result.exitCode, 2);
         QVERIFY2(result.err.startsWith("--toggle takes left or right, not 'top'.\n"), result.err.constData());
     }
@@ -106,7 +105,7 @@ private slots:
     void theSettingsCommandOpensTheSettings()
     {
         startApp();
-        const Finished settings = runLedgewise({QStringLiteral("--settings")});
+        const Finished settings = runLedgewise({ QStringLiteral("--settings") });
         QCOMPARE(settings.exitCode, 0);
         QCOMPARE(settings.out, QByteArray());
         QCOMPARE(settings.err, QByteArray());
@@ -123,14 +122,14 @@ private slots:
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("right")), rightClosed);
 
-        QCOMPARE(runLedgewise({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
+        QCOMPARE(runLedgewise({ QStringLiteral("--toggle"), QStringLiteral("left") }).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftOpen);
         QCOMPARE(surfaceGeometry(QStringLiteral("right")), rightClosed);
 
-        QCOMPARE(runLedgewise({QStringLiteral("--toggle"), QStringLiteral("left")}).exitCode, 0);
+        QCOMPARE(runLedgewise({ QStringLiteral("--toggle"), QStringLiteral("left") }).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
 
-        QCOMPARE(runLedgewise({QStringLiteral("--toggle=right")}).exitCode, 0);
+        QCOMPARE(runLedgewise({ QStringLiteral("--toggle=right") }).exitCode, 0);
         QTRY_COMPARE(surfaceGeometry(QStringLiteral("right")), rightOpen);
         QCOMPARE(surfaceGeometry(QStringLiteral("left")), leftClosed);
         // Toggling is not opening the settings.
@@ -140,7 +139,7 @@ private slots:
     void theQuitCommandEndsIt()
     {
         startApp();
-        QCOMPARE(runLedgewise({QStringLiteral("--quit")}).exitCode, 0);
+        QCOMPARE(runLedgewise({ QStringLiteral("--quit") }).exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitCode(), 0);
         QVERIFY(!instanceRunning());

@@ -59,12 +59,12 @@ private slots:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(QStringLiteral("DISPLAY"));
         process.setProcessEnvironment(environment);
-        process.start(executable(), {QStringLiteral("--version")});
+        process.start(executable(), { QStringLiteral("--version") });
         QVERIFY(process.waitForFinished(10000));
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(process.readAllStandardOutput(), QByteArray("ledgewise " LEDGEWISE_VERSION "\n"));
 
-        const Finished help = runLedgewise({QStringLiteral("--help")});
+        const Finished help = runLedgewise({ QStringLiteral("--help") });
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains("--quit"));
         QVERIFY(help.out.contains("LEDGEWISE_NOTCH"));
@@ -72,14 +72,14 @@ private slots:
 
     void unknownOptionFails()
     {
-        const Finished result = runLedgewise({QStringLiteral("--no-such-option")});
+        const Finished result = runLedgewise({ QStringLiteral("--no-such-option") });
         QCOMPARE(result.exitCode, 2);
         QVERIFY(result.err.contains("ledgewise --help"));
     }
 
     void quitWithNothingRunningSaysSo()
     {
-        const Finished result = runLedgewise({QStringLiteral("--quit")});
+        const Finished result = runLedgewise({ QStringLiteral("--quit") });
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.err.startsWith("Ledgewise is not running.\n"), result.err.constData());
     }
@@ -89,7 +89,7 @@ private slots:
         startApp();
         QVERIFY(m_app->state() == QProcess::Running);
 
-        const Finished quit = runLedgewise({QStringLiteral("--quit")});
+        const Finished quit = runLedgewise({ QStringLiteral("--quit") });
         QCOMPARE(quit.exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
@@ -100,9 +100,9 @@ private slots:
         // were only read, so nothing of them is written.
         QSettings file(settingsFile(), QSettings::NativeFormat);
         QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
+            QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
         QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleRight")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2560})"));
+            QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2560})"));
         QVERIFY(!file.contains(QStringLiteral("ledgewise.preferences")));
     }
 
@@ -139,13 +139,13 @@ private slots:
             file.setValue(QStringLiteral("GlobalShortcuts_toggleLeft"), QStringLiteral("[[[not json"));
         }
         startApp();
-        QCOMPARE(runLedgewise({QStringLiteral("--quit")}).exitCode, 0);
+        QCOMPARE(runLedgewise({ QStringLiteral("--quit") }).exitCode, 0);
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitCode(), 0);
         // A bad document is left for the next change to replace; a bad shortcut is not repaired.
         QSettings file(settingsFile(), QSettings::NativeFormat);
         QCOMPARE(file.value(QStringLiteral("ledgewise.preferences")).toByteArray(),
-                 QByteArray("{\"placement\":\x01\xff", 15));
+            QByteArray("{\"placement\":\x01\xff", 15));
         QCOMPARE(file.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(), QStringLiteral("[[[not json"));
     }
 
@@ -153,23 +153,23 @@ private slots:
     {
         startApp();
         // The left surface of the 1512-wide virtual screen sleeps at x 80, 76 wide.
-        QTRY_VERIFY(!xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                              QStringLiteral("Ledgewise left surface")})
+        QTRY_VERIFY(!xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                                 QStringLiteral("Ledgewise left surface") })
                          .isEmpty());
         const auto windows = [] {
-            return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
-                            QString::number(m_pid)})
+            return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
+                               QString::number(m_pid) })
                 .split(QLatin1Char('\n'), Qt::SkipEmptyParts)
                 .size();
         };
         m_pid = m_app->processId();
         const qsizetype surfaces = windows();
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("118"), QStringLiteral("14")});
-        xdotool({QStringLiteral("click"), QStringLiteral("3")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("118"), QStringLiteral("14") });
+        xdotool({ QStringLiteral("click"), QStringLiteral("3") });
         // The menu opens as a window of its own and takes the keyboard: Up wraps to
         // its last item.
         QTRY_VERIFY(windows() > surfaces);
-        xdotool({QStringLiteral("key"), QStringLiteral("Up"), QStringLiteral("Return")});
+        xdotool({ QStringLiteral("key"), QStringLiteral("Up"), QStringLiteral("Return") });
         QVERIFY(m_app->waitForFinished(10000));
         QCOMPARE(m_app->exitStatus(), QProcess::NormalExit);
         QCOMPARE(m_app->exitCode(), 0);
@@ -193,7 +193,8 @@ private slots:
         QCOMPARE(second.exitStatus(), QProcess::NormalExit);
         QCOMPARE(second.exitCode(), 1);
         const QByteArray said = second.readAllStandardError();
-        QVERIFY2(said.startsWith("Ledgewise is already running as process " + QByteArray::number(first->processId())), said);
+        QVERIFY2(
+            said.startsWith("Ledgewise is already running as process " + QByteArray::number(first->processId())), said);
         QCOMPARE(said.count('\n'), 1);
         QCOMPARE(first->state(), QProcess::Running);
         QCOMPARE(readAll(history), before);
@@ -240,7 +241,8 @@ private:
 
     static QString dataFolder()
     {
-        return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)).filePath(QStringLiteral("Ledgewise"));
+        return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+            .filePath(QStringLiteral("Ledgewise"));
     }
     static QString historyFile() { return QDir(dataFolder()).filePath(QStringLiteral("clipboard.json")); }
     static QString lockFile() { return QDir(dataFolder()).filePath(QStringLiteral("ledgewise.lock")); }
@@ -255,7 +257,8 @@ private:
     static bool copyToClipboard(const QByteArray &text)
     {
         QProcess xclip;
-        xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+        xclip.start(QStringLiteral("xclip"),
+            { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i") });
         if (!xclip.waitForStarted())
             return false;
         xclip.write(text);
@@ -275,8 +278,8 @@ private:
         const QString pid = QString::number(app->processId());
         const bool shown = QTest::qWaitFor(
             [&] {
-                return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"), pid,
-                                 QStringLiteral("--name"), QStringLiteral("Ledgewise left surface")})
+                return !xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
+                                    pid, QStringLiteral("--name"), QStringLiteral("Ledgewise left surface") })
                             .isEmpty();
             },
             15000);

@@ -41,14 +41,14 @@ private slots:
         Preferences preferences;
         preferences.style = NotchStyle::classic;
         preferences.animateInterface = false;
-        preferences.leftModuleIDs = {ModuleID::clipboard};
-        preferences.rightModuleIDs = {ModuleID::downloads};
+        preferences.leftModuleIDs = { ModuleID::clipboard };
+        preferences.rightModuleIDs = { ModuleID::downloads };
         storePreferences(preferences);
         QProcess app;
         QVERIFY(startLedgewise(app));
-        QTRY_VERIFY_WITH_TIMEOUT(!surfaceGeometry(QStringLiteral("left")).isEmpty()
-                                     && !surfaceGeometry(QStringLiteral("right")).isEmpty(),
-                                 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !surfaceGeometry(QStringLiteral("left")).isEmpty() && !surfaceGeometry(QStringLiteral("right")).isEmpty(),
+            15000);
 
         // A copy made while the surface sleeps shows when the pointer comes.
         QVERIFY(copyElsewhere("copied before the hover"));
@@ -57,7 +57,8 @@ private slots:
 
         // The pointer stays: the next copy replaces the snippet in the glance shown.
         QVERIFY(copyElsewhere("copied during the glance"));
-        QTRY_VERIFY_WITH_TIMEOUT(glanceReads(QStringLiteral("left"), QStringLiteral("copied during the glance")), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            glanceReads(QStringLiteral("left"), QStringLiteral("copied during the glance")), 30000);
 
         // On the Downloads surface, an empty folder glances "Downloads"; a file that
         // arrives meanwhile is named at once.
@@ -68,8 +69,8 @@ private slots:
         QVERIFY(arrived.open(QIODevice::WriteOnly));
         QVERIFY(arrived.write("%PDF-1.4\n") > 0);
         arrived.close();
-        QTRY_VERIFY_WITH_TIMEOUT(glanceReads(QStringLiteral("right"), QStringLiteral("arrived-during-the-glance.pdf")),
-                                 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            glanceReads(QStringLiteral("right"), QStringLiteral("arrived-during-the-glance.pdf")), 30000);
 
         app.terminate();
         QVERIFY(app.waitForFinished(10000));

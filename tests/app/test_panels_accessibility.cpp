@@ -27,37 +27,36 @@ namespace {
 // as the running timer's Cancel while it is idle, do not count; waiting up to 15
 // seconds), then presses it ("press"), says where its centre is on the screen
 // ("centre"), or only says it is there ("find"); "absent" waits for it to be gone.
-const char probeScript[] =
-    "import os, sys, time\n"
-    "import pyatspi\n"
-    "sys.path.insert(0, os.path.join(os.environ['LEDGEWISE_SOURCE_DIR'], 'tests', 'support'))\n"
-    "from atspi_common import find\n"
-    "def main():\n"
-    "    mode, role, name = sys.argv[1:4]\n"
-    "    deadline = time.time() + 15\n"
-    "    while time.time() < deadline:\n"
-    "        for app in pyatspi.Registry.getDesktop(0):\n"
-    "            if app is None or app.name.lower() != 'ledgewise':\n"
-    "                continue\n"
-    "            control = find(app, role, name, showing_only=True)\n"
-    "            if mode == 'absent' and control is None:\n"
-    "                print('absent')\n"
-    "                return 0\n"
-    "            if control is None or mode == 'absent':\n"
-    "                continue\n"
-    "            if mode == 'press':\n"
-    "                control.queryAction().doAction(0)\n"
-    "                print('pressed')\n"
-    "            elif mode == 'centre':\n"
-    "                box = control.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)\n"
-    "                print('%d %d' % (box.x + box.width // 2, box.y + box.height // 2))\n"
-    "            else:\n"
-    "                print('found')\n"
-    "            return 0\n"
-    "        time.sleep(0.2)\n"
-    "    print('no %s named %r' % (role, name))\n"
-    "    return 1\n"
-    "sys.exit(main())\n";
+const char probeScript[] = "import os, sys, time\n"
+                           "import pyatspi\n"
+                           "sys.path.insert(0, os.path.join(os.environ['LEDGEWISE_SOURCE_DIR'], 'tests', 'support'))\n"
+                           "from atspi_common import find\n"
+                           "def main():\n"
+                           "    mode, role, name = sys.argv[1:4]\n"
+                           "    deadline = time.time() + 15\n"
+                           "    while time.time() < deadline:\n"
+                           "        for app in pyatspi.Registry.getDesktop(0):\n"
+                           "            if app is None or app.name.lower() != 'ledgewise':\n"
+                           "                continue\n"
+                           "            control = find(app, role, name, showing_only=True)\n"
+                           "            if mode == 'absent' and control is None:\n"
+                           "                print('absent')\n"
+                           "                return 0\n"
+                           "            if control is None or mode == 'absent':\n"
+                           "                continue\n"
+                           "            if mode == 'press':\n"
+                           "                control.queryAction().doAction(0)\n"
+                           "                print('pressed')\n"
+                           "            elif mode == 'centre':\n"
+                           "                box = control.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)\n"
+                           "                print('%d %d' % (box.x + box.width // 2, box.y + box.height // 2))\n"
+                           "            else:\n"
+                           "                print('found')\n"
+                           "            return 0\n"
+                           "        time.sleep(0.2)\n"
+                           "    print('no %s named %r' % (role, name))\n"
+                           "    return 1\n"
+                           "sys.exit(main())\n";
 
 // The clipboard history on disk: text -> pinned.
 QMap<QString, bool> historyOnDisk()
@@ -69,7 +68,7 @@ QMap<QString, bool> historyOnDisk()
         return history;
     for (const QJsonValue &entry : QJsonDocument::fromJson(file.readAll()).array())
         history.insert(entry.toObject().value(QStringLiteral("text")).toString(),
-                       entry.toObject().value(QStringLiteral("isPinned")).toBool());
+            entry.toObject().value(QStringLiteral("isPinned")).toBool());
     return history;
 }
 
@@ -77,7 +76,8 @@ QMap<QString, bool> historyOnDisk()
 QStringList launcherTitlesOnDisk()
 {
     QSettings settings(settingsPath(), QSettings::NativeFormat);
-    const auto preferences = ledgewise::decodePreferences(settings.value(QStringLiteral("ledgewise.preferences")).toByteArray());
+    const auto preferences
+        = ledgewise::decodePreferences(settings.value(QStringLiteral("ledgewise.preferences")).toByteArray());
     QStringList titles;
     if (preferences) {
         for (const ledgewise::LauncherItem &item : preferences->launcherItems)
@@ -131,7 +131,7 @@ private slots:
 
         QCOMPARE(probe("press", "push button", "Delete newer entry"), QByteArray("pressed"));
         QTRY_VERIFY(!historyOnDisk().contains(QStringLiteral("newer entry")));
-        QCOMPARE(historyOnDisk().keys(), QStringList({"older entry"}));
+        QCOMPARE(historyOnDisk().keys(), QStringList({ "older entry" }));
 
         // The timer: a preset starts a countdown, Cancel ends it, Start starts the custom one.
         QCOMPARE(probe("absent", "push button", "Cancel"), QByteArray("absent"));
@@ -149,11 +149,11 @@ private slots:
         clickSurface(QStringLiteral("right"));
         const QStringList centre = QString::fromUtf8(probe("centre", "text", "Address")).split(QLatin1Char(' '));
         QCOMPARE(centre.size(), 2);
-        xdotool({QStringLiteral("mousemove"), centre[0], centre[1], QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), centre[0], centre[1], QStringLiteral("click"), QStringLiteral("1") });
         QTest::qWait(300);
-        xdotool({QStringLiteral("type"), QStringLiteral("example.org")});
+        xdotool({ QStringLiteral("type"), QStringLiteral("example.org") });
         QCOMPARE(probe("press", "push button", "Add site"), QByteArray("pressed"));
-        QTRY_COMPARE_WITH_TIMEOUT(launcherTitlesOnDisk(), QStringList({"example.org"}), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(launcherTitlesOnDisk(), QStringList({ "example.org" }), 5000);
 
         // The row's remove button is named after what it removes.
         QCOMPARE(probe("find", "push button", "example.org"), QByteArray("found"));
@@ -184,7 +184,8 @@ private slots:
         QCOMPARE(appButton.size(), 2);
         QProcess user;
         QVERIFY(clickInsideOnceShown(user, QStringLiteral("Choose an app to pin in Ledgewise.")));
-        xdotool({QStringLiteral("mousemove"), appButton[0], appButton[1], QStringLiteral("click"), QStringLiteral("1")});
+        xdotool(
+            { QStringLiteral("mousemove"), appButton[0], appButton[1], QStringLiteral("click"), QStringLiteral("1") });
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
         QCOMPARE(user.exitCode(), 0);
         QCOMPARE(app.state(), QProcess::Running);
@@ -194,16 +195,16 @@ private slots:
         // The Desktop Entry typed into the chooser's file name field.
         const QStringList name = QString::fromUtf8(probe("centre", "text", "File name:")).split(QLatin1Char(' '));
         QCOMPARE(name.size(), 2);
-        xdotool({QStringLiteral("mousemove"), name[0], name[1], QStringLiteral("click"), QStringLiteral("1")});
-        xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
-        xdotool({QStringLiteral("type"), entry});
+        xdotool({ QStringLiteral("mousemove"), name[0], name[1], QStringLiteral("click"), QStringLiteral("1") });
+        xdotool({ QStringLiteral("key"), QStringLiteral("ctrl+a"), QStringLiteral("BackSpace") });
+        xdotool({ QStringLiteral("type"), entry });
         // Return, again if its completion list took the first one.
         for (int attempt = 0; attempt < 3 && launcherTitlesOnDisk().isEmpty(); ++attempt) {
-            xdotool({QStringLiteral("key"), QStringLiteral("Return")});
+            xdotool({ QStringLiteral("key"), QStringLiteral("Return") });
             if (QTest::qWaitFor([] { return !launcherTitlesOnDisk().isEmpty(); }, 3000))
                 break;
         }
-        QCOMPARE(launcherTitlesOnDisk(), QStringList({"Marker"}));
+        QCOMPARE(launcherTitlesOnDisk(), QStringList({ "Marker" }));
         QCOMPARE(probe("absent", "dialog", "Choose an app to pin in Ledgewise."), QByteArray("absent"));
         QCOMPARE(app.state(), QProcess::Running);
 
@@ -217,7 +218,7 @@ private:
     // A side's window geometry on screen: x, y, width, height.
     static QRect surfaceRect(const QString &window)
     {
-        const QString geometry = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        const QString geometry = xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window });
         int x = 0, y = 0, width = 0, height = 0;
         for (const QString &line : geometry.split(QLatin1Char('\n'))) {
             const QString value = line.section(QLatin1Char('='), 1);
@@ -243,8 +244,8 @@ private:
         const QRect collapsed = surfaceRect(window);
         QVERIFY(collapsed.width() > 0 && collapsed.height() > 0);
         for (int attempt = 0; attempt < 3; ++attempt) {
-            xdotool({QStringLiteral("mousemove"), QString::number(collapsed.center().x()),
-                     QString::number(collapsed.center().y()), QStringLiteral("click"), QStringLiteral("1")});
+            xdotool({ QStringLiteral("mousemove"), QString::number(collapsed.center().x()),
+                QString::number(collapsed.center().y()), QStringLiteral("click"), QStringLiteral("1") });
             if (QTest::qWaitFor([&] { return surfaceRect(window).height() > 100; }, 5000))
                 return;
         }
@@ -256,8 +257,8 @@ private:
         QProcess probe;
         probe.setProcessChannelMode(QProcess::MergedChannels);
         probe.start(QStringLiteral("/usr/bin/python3"),
-                    {m_scripts.filePath(QStringLiteral("probe.py")), QString::fromLatin1(mode),
-                     QString::fromLatin1(role), QString::fromUtf8(name)});
+            { m_scripts.filePath(QStringLiteral("probe.py")), QString::fromLatin1(mode), QString::fromLatin1(role),
+                QString::fromUtf8(name) });
         probe.waitForFinished(30000);
         return probe.readAll().trimmed();
     }

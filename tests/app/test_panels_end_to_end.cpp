@@ -11,17 +11,17 @@
 #include "modules/timer/timer_session.h"
 #include "surfaces/notch_controller.h"
 #include "tests/support/quick_item_search.h"
-#include "tests/support/x11_tools.h"
 #include "tests/support/test_files.h"
+#include "tests/support/x11_tools.h"
 
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 using namespace ledgewise;
@@ -32,8 +32,8 @@ namespace {
 void clickOn(QQuickItem *item)
 {
     const QPointF centre = item->mapToGlobal(QPointF(item->width() / 2, item->height() / 2));
-    xdotool({QStringLiteral("mousemove"), QString::number(int(centre.x())), QString::number(int(centre.y())),
-             QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({ QStringLiteral("mousemove"), QString::number(int(centre.x())), QString::number(int(centre.y())),
+        QStringLiteral("click"), QStringLiteral("1") });
 }
 
 // Shown and placed by its layout (a new row is visible before it has a size).
@@ -64,13 +64,14 @@ private slots:
                                          .filePath(QStringLiteral("applications"));
         QVERIFY(QDir().mkpath(applications));
         writeFile(QDir(m_home).filePath(QStringLiteral("browser.sh")),
-                  "#!/bin/sh\nprintf '%s' \"$1\" > \"$HOME/opened.txt\"\n", true);
+            "#!/bin/sh\nprintf '%s' \"$1\" > \"$HOME/opened.txt\"\n", true);
         writeFile(QDir(applications).filePath(QStringLiteral("test-browser.desktop")),
-                  "[Desktop Entry]\nType=Application\nName=Test Browser\nExec=" + QDir(m_home).filePath("browser.sh").toUtf8()
-                      + " %u\nMimeType=x-scheme-handler/https;x-scheme-handler/http;\n");
+            "[Desktop Entry]\nType=Application\nName=Test Browser\nExec=" + QDir(m_home).filePath("browser.sh").toUtf8()
+                + " %u\nMimeType=x-scheme-handler/https;x-scheme-handler/http;\n");
         QProcess mime;
-        mime.start(QStringLiteral("xdg-mime"), {QStringLiteral("default"), QStringLiteral("test-browser.desktop"),
-                                                QStringLiteral("x-scheme-handler/https")});
+        mime.start(QStringLiteral("xdg-mime"),
+            { QStringLiteral("default"), QStringLiteral("test-browser.desktop"),
+                QStringLiteral("x-scheme-handler/https") });
         QVERIFY(mime.waitForFinished(10000));
         QCOMPARE(mime.exitCode(), 0);
     }
@@ -90,7 +91,7 @@ private slots:
             return;
         QQuickItem *root = right->window()->rootObject();
         QQuickItem *field = findItem(root, QStringLiteral("addressField"));
-        xdotool({QStringLiteral("key"), QStringLiteral("Return")});
+        xdotool({ QStringLiteral("key"), QStringLiteral("Return") });
         QTest::qWait(200);
         QVERIFY(m_model->prefs().current().launcherItems.isEmpty()); // Return adds nothing
 
@@ -102,7 +103,8 @@ private slots:
         QTRY_VERIFY(!findItem(root, QStringLiteral("launcherHint"))->isVisible());
 
         // Closing the surface gives the keyboard back.
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"),
+            QStringLiteral("1") });
         QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
         QVERIFY(right->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
     }
@@ -110,15 +112,16 @@ private slots:
     void eachSurfacesAddressFieldTakesTheKeyboardInTurn()
     {
         m_model->prefs().update([](Preferences &p) {
-            p.leftModuleIDs = {ModuleID::launcher};
-            p.rightModuleIDs = {ModuleID::launcher};
+            p.leftModuleIDs = { ModuleID::launcher };
+            p.rightModuleIDs = { ModuleID::launcher };
         });
         NotchWindowController *left = typeIntoTheLaunchersAddressField(QStringLiteral("left.example"), NotchSide::left);
         if (QTest::currentTestFailed())
             return;
         // The right field gets the keyboard after the left one had it; the click there
         // closed the left surface, which gave its keyboard back.
-        NotchWindowController *right = typeIntoTheLaunchersAddressField(QStringLiteral("right.example"), NotchSide::right);
+        NotchWindowController *right
+            = typeIntoTheLaunchersAddressField(QStringLiteral("right.example"), NotchSide::right);
         if (QTest::currentTestFailed())
             return;
         QCOMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
@@ -130,7 +133,8 @@ private slots:
         QCOMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
 
         // Closing both gives the keyboard back.
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"),
+            QStringLiteral("1") });
         QTRY_COMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
         QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
         QVERIFY(left->window()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
@@ -148,7 +152,7 @@ private slots:
         clickOn(findItem(root, QStringLiteral("addApp")));
         QTRY_COMPARE_WITH_TIMEOUT(user.state(), QProcess::NotRunning, 20000);
         QVERIFY(!openChooser().isEmpty());
-        xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
+        xdotool({ QStringLiteral("key"), QStringLiteral("Escape") });
         QTRY_VERIFY(openChooser().isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
@@ -156,7 +160,7 @@ private slots:
         QQuickItem *field = findItem(root, QStringLiteral("addressField"));
         clickOn(field);
         QTRY_VERIFY(right->window()->isActive());
-        xdotool({QStringLiteral("type"), QStringLiteral(".org")});
+        xdotool({ QStringLiteral("type"), QStringLiteral(".org") });
         QTRY_COMPARE(field->property("text").toString(), QStringLiteral("example.org"));
     }
 
@@ -194,8 +198,9 @@ private slots:
         // An application of the user's own, which notes that it ran.
         const QString ran = QDir(m_home).filePath(QStringLiteral("ran.txt"));
         const QString entryPath = QDir(m_home).filePath(QStringLiteral("marker.desktop"));
-        writeFile(entryPath, "[Desktop Entry]\nType=Application\nName=Marker\nExec=sh -c \"echo started > ran.txt\" %U\nPath="
-                                 + m_home.toUtf8() + "\n");
+        writeFile(entryPath,
+            "[Desktop Entry]\nType=Application\nName=Marker\nExec=sh -c \"echo started > ran.txt\" %U\nPath="
+                + m_home.toUtf8() + "\n");
 
         NotchWindowController *right = openLauncher();
         QVERIFY(right);
@@ -209,12 +214,14 @@ private slots:
         QCOMPARE(user.exitCode(), 0);
         const QString dialog = openChooser();
         QVERIFY(!dialog.isEmpty());
-        QCOMPARE(xdotool({QStringLiteral("getwindowname"), dialog}), QStringLiteral("Choose an app to pin in Ledgewise."));
+        QCOMPARE(
+            xdotool({ QStringLiteral("getwindowname"), dialog }), QStringLiteral("Choose an app to pin in Ledgewise."));
         // It opens among the installed applications.
         const QStringList request = chooserRequest();
         QVERIFY2(request.indexOf(QStringLiteral("--start-folder")) >= 0
-                     && request.value(request.indexOf(QStringLiteral("--start-folder")) + 1) == QStringLiteral("/usr/share/applications"),
-                 qPrintable(request.join(QLatin1Char(' '))));
+                && request.value(request.indexOf(QStringLiteral("--start-folder")) + 1)
+                    == QStringLiteral("/usr/share/applications"),
+            qPrintable(request.join(QLatin1Char(' '))));
         // Clicks in Ledgewise's own dialog are not clicks elsewhere.
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
 
@@ -255,12 +262,12 @@ private slots:
 
         // With no dialog of ours open, a click in another application's window closes it.
         QProcess other;
-        other.start(qEnvironmentVariable("WINDOW_HELPER"), {QStringLiteral("600"), QStringLiteral("500"),
-                                                            QStringLiteral("200"), QStringLiteral("150")});
+        other.start(qEnvironmentVariable("WINDOW_HELPER"),
+            { QStringLiteral("600"), QStringLiteral("500"), QStringLiteral("200"), QStringLiteral("150") });
         QVERIFY(other.waitForReadyRead(10000));
         QCOMPARE(other.readLine().trimmed(), QByteArray("ready"));
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("575"), QStringLiteral("click"),
-                 QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("575"), QStringLiteral("click"),
+            QStringLiteral("1") });
         QByteArray said;
         QTRY_VERIFY((said += other.readAll()).contains("pressed 700 575"));
         QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::sleeping);
@@ -280,10 +287,10 @@ private slots:
 
         // A click in another application while the chooser is open leaves the surface
         // open: it waits for the dialog it asked for.
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("5"), QStringLiteral("970"), QStringLiteral("click"),
-                 QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("5"), QStringLiteral("970"), QStringLiteral("click"),
+            QStringLiteral("1") });
         // The clicks inside gave the chooser the keyboard: Escape cancels it.
-        xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
+        xdotool({ QStringLiteral("key"), QStringLiteral("Escape") });
         QTRY_VERIFY(openChooser().isEmpty());
         QCOMPARE(right->surface()->presentation(), NotchPresentation::expanded);
         QVERIFY(m_model->prefs().current().launcherItems.isEmpty());
@@ -302,8 +309,9 @@ private slots:
         QQuickItem *row = nullptr;
         QTRY_VERIFY((row = findItem(left->window()->rootObject(), QStringLiteral("downloadsRow_0"))) && placed(row));
         QTRY_COMPARE(findItem(row, QStringLiteral("rowTitle"))->property("text").toString(),
-                     QStringLiteral("holiday-photos.zip"));
-        QTRY_COMPARE(findItem(row, QStringLiteral("rowSubtitle"))->property("text").toString(), QStringLiteral("Ready"));
+            QStringLiteral("holiday-photos.zip"));
+        QTRY_COMPARE(
+            findItem(row, QStringLiteral("rowSubtitle"))->property("text").toString(), QStringLiteral("Ready"));
         // On screen, inside the open surface.
         const QRectF shown = row->mapRectToScene(QRectF(0, 0, row->width(), row->height()));
         QVERIFY(shown.bottom() <= left->window()->height());
@@ -316,7 +324,8 @@ private slots:
         left->behaviour().toggleExpanded();
         QTRY_COMPARE(left->frameInScreen().size(), QSize(268, 340));
         QQuickItem *preset = nullptr;
-        QTRY_VERIFY((preset = findItem(left->window()->rootObject(), QStringLiteral("preset_5"))) && preset->isVisible());
+        QTRY_VERIFY(
+            (preset = findItem(left->window()->rootObject(), QStringLiteral("preset_5"))) && preset->isVisible());
         // The timer's parts are spaced as the surface stacks its panels.
         QQuickItem *stack = findItem(left->window()->rootObject(), QStringLiteral("expandedPanel"));
         QQuickItem *title = findItem(left->window()->rootObject(), QStringLiteral("timerTitle"));
@@ -329,11 +338,13 @@ private slots:
         QTRY_VERIFY(m_model->timer().isRunning());
         QCOMPARE(m_model->timer().lastPresetMinutes(), 5);
 
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("600"), QStringLiteral("click"),
+            QStringLiteral("1") });
         QTRY_COMPARE(left->surface()->presentation(), NotchPresentation::active);
         NotchWindowController *right = surface(NotchSide::right);
         QTRY_COMPARE(right->surface()->presentation(), NotchPresentation::active);
-        QVERIFY(left->surface()->glanceText() == QStringLiteral("5:00") || left->surface()->glanceText() == QStringLiteral("4:59"));
+        QVERIFY(left->surface()->glanceText() == QStringLiteral("5:00")
+            || left->surface()->glanceText() == QStringLiteral("4:59"));
         QTRY_COMPARE(right->frameInScreen().size(), QSize(124, 30));
         m_model->timer().cancel();
         QTRY_COMPARE(left->surface()->presentation(), NotchPresentation::sleeping);
@@ -342,18 +353,20 @@ private slots:
     void copiedTextShowsInTheClipboardPanelAndAClickCopiesItBack()
     {
         // Another application copies two texts.
-        for (const char *text : {"first copy", "second copy"}) {
+        for (const char *text : { "first copy", "second copy" }) {
             QVERIFY(copyElsewhere(text));
             QTRY_VERIFY(!m_model->clipboard().items().isEmpty()
-                        && m_model->clipboard().items().constFirst().text == QString::fromLatin1(text));
+                && m_model->clipboard().items().constFirst().text == QString::fromLatin1(text));
         }
         m_model->prefs().update([](Preferences &p) { p.style = NotchStyle::classic; });
         NotchWindowController *left = surface(NotchSide::left);
         left->behaviour().toggleExpanded();
         QTRY_COMPARE(left->frameInScreen().size(), QSize(268, 340));
         QQuickItem *older = nullptr;
-        QTRY_VERIFY((older = findItem(left->window()->rootObject(), QStringLiteral("clipboardRow_1"))) && older->isVisible());
-        QCOMPARE(findItem(older, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("first copy"));
+        QTRY_VERIFY(
+            (older = findItem(left->window()->rootObject(), QStringLiteral("clipboardRow_1"))) && older->isVisible());
+        QCOMPARE(
+            findItem(older, QStringLiteral("rowTitle"))->property("text").toString(), QStringLiteral("first copy"));
 
         clickOn(findItem(older, QStringLiteral("rowTitle")));
         // xdotool returns once the click is sent; the row copies when the click arrives.
@@ -374,11 +387,12 @@ private:
         [&] {
             QTRY_COMPARE(controller->frameInScreen().size(), QSize(268, 340));
             QQuickItem *field = nullptr;
-            QTRY_VERIFY((field = findItem(controller->window()->rootObject(), QStringLiteral("addressField"))) && field->isVisible());
+            QTRY_VERIFY((field = findItem(controller->window()->rootObject(), QStringLiteral("addressField")))
+                && field->isVisible());
             clickOn(field);
             QTRY_VERIFY(field->hasActiveFocus());
             QTRY_VERIFY(controller->window()->isActive());
-            xdotool({QStringLiteral("type"), text});
+            xdotool({ QStringLiteral("type"), text });
             QTRY_COMPARE(field->property("text").toString(), text);
         }();
         return controller;
@@ -394,7 +408,8 @@ private:
         [&] {
             QTRY_COMPARE(right->frameInScreen().size(), QSize(268, 340));
             QQuickItem *root = right->window()->rootObject();
-            QTRY_VERIFY(placed(findItem(root, QStringLiteral("addApp"))) && placed(findItem(root, QStringLiteral("addFile"))));
+            QTRY_VERIFY(
+                placed(findItem(root, QStringLiteral("addApp"))) && placed(findItem(root, QStringLiteral("addFile"))));
             ready = true;
         }();
         return ready ? right : nullptr;
@@ -403,8 +418,8 @@ private:
     // The file chooser's window on screen (Ledgewise's chooser program), if any.
     static QString openChooser()
     {
-        return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                        QStringLiteral("^Choose (an app|a file) to pin in Ledgewise\\.$")})
+        return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                           QStringLiteral("^Choose (an app|a file) to pin in Ledgewise\\.$") })
             .section(QLatin1Char('\n'), 0, 0);
     }
 
@@ -412,9 +427,11 @@ private:
     static QStringList chooserRequest()
     {
         QProcess pgrep;
-        pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-n"), QStringLiteral("-f"), QStringLiteral("ledgewise-file-chooser")});
+        pgrep.start(QStringLiteral("pgrep"),
+            { QStringLiteral("-n"), QStringLiteral("-f"), QStringLiteral("ledgewise-file-chooser") });
         pgrep.waitForFinished(5000);
-        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(QString::fromUtf8(pgrep.readAllStandardOutput()).trimmed()));
+        QFile cmdline(
+            QStringLiteral("/proc/%1/cmdline").arg(QString::fromUtf8(pgrep.readAllStandardOutput()).trimmed()));
         if (!cmdline.open(QIODevice::ReadOnly))
             return {};
         return QString::fromUtf8(cmdline.readAll()).split(QLatin1Char('\0'), Qt::SkipEmptyParts).mid(1);
@@ -425,11 +442,12 @@ private:
     // (again, once its completion list has taken the first).
     void answerChooser(const QString &window, const QString &path)
     {
-        xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("alt+n")});
-        xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
-        xdotool({QStringLiteral("type"), QStringLiteral("--window"), window, path});
+        xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("alt+n") });
+        xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("ctrl+a"),
+            QStringLiteral("BackSpace") });
+        xdotool({ QStringLiteral("type"), QStringLiteral("--window"), window, path });
         for (int attempt = 0; attempt < 3 && !openChooser().isEmpty(); ++attempt) {
-            xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Return")});
+            xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Return") });
             if (QTest::qWaitFor([] { return openChooser().isEmpty(); }, 3000))
                 break;
         }

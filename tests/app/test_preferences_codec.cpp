@@ -13,16 +13,15 @@ using namespace ledgewise;
 
 namespace {
 
-const QByteArray defaultJson =
-    R"({"placement":"both","animateInterface":true,"showOnExternalMonitors":true,"automaticallyHide":false,)"
-    R"("launchAtLogin":false,"style":"pill","width":268,"height":340,"cornerRadius":14,"opacity":1,"spacing":8,)"
-    R"("animationSpeed":1,"leftModuleIDs":["clipboard","downloads","timer"],"rightModuleIDs":["launcher"],)"
-    R"("hasCompletedOnboarding":false,"offsetFromNotch":8,"offsetFromEdge":80,"launcherItems":[]})";
+const QByteArray defaultJson
+    = R"({"placement":"both","animateInterface":true,"showOnExternalMonitors":true,"automaticallyHide":false,)"
+      R"("launchAtLogin":false,"style":"pill","width":268,"height":340,"cornerRadius":14,"opacity":1,"spacing":8,)"
+      R"("animationSpeed":1,"leftModuleIDs":["clipboard","downloads","timer"],"rightModuleIDs":["launcher"],)"
+      R"("hasCompletedOnboarding":false,"offsetFromNotch":8,"offsetFromEdge":80,"launcherItems":[]})";
 
-const char *const allKeys[] = {"placement", "animateInterface", "showOnExternalMonitors", "automaticallyHide",
-                               "launchAtLogin", "style", "width", "height", "cornerRadius", "opacity", "spacing",
-                               "animationSpeed", "leftModuleIDs", "rightModuleIDs", "hasCompletedOnboarding",
-                               "offsetFromNotch", "offsetFromEdge", "launcherItems"};
+const char *const allKeys[] = { "placement", "animateInterface", "showOnExternalMonitors", "automaticallyHide",
+    "launchAtLogin", "style", "width", "height", "cornerRadius", "opacity", "spacing", "animationSpeed",
+    "leftModuleIDs", "rightModuleIDs", "hasCompletedOnboarding", "offsetFromNotch", "offsetFromEdge", "launcherItems" };
 
 QJsonObject defaultObject()
 {
@@ -37,16 +36,14 @@ QByteArray jsonOf(const QJsonObject &object)
 QJsonObject objectWithItem(const QJsonObject &item)
 {
     QJsonObject object = defaultObject();
-    object.insert(QStringLiteral("launcherItems"), QJsonArray{item});
+    object.insert(QStringLiteral("launcherItems"), QJsonArray { item });
     return object;
 }
 
 QJsonObject siteItem()
 {
-    return QJsonObject{{"id", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F"},
-                       {"title", "example.org"},
-                       {"kind", "website"},
-                       {"urlString", "https://example.org"}};
+    return QJsonObject { { "id", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F" }, { "title", "example.org" },
+        { "kind", "website" }, { "urlString", "https://example.org" } };
 }
 
 } // namespace
@@ -75,11 +72,11 @@ private slots:
         p.width = 300.25;
         p.opacity = 0.1 + 0.2; // not exactly 0.3: the text must carry every bit
         p.launcherItems = {
-            {QUuid::createUuid(), QStringLiteral("Files"), LauncherItem::Kind::application,
-             QByteArray("\x00\x01path\xff", 7), std::nullopt},
-            {QUuid::createUuid(), QStringLiteral("notes"), LauncherItem::Kind::file, std::nullopt, std::nullopt},
-            {QUuid::createUuid(), QStringLiteral("example.org \"quoted\""), LauncherItem::Kind::website,
-             std::nullopt, QStringLiteral("https://example.org/ä?x=1")},
+            { QUuid::createUuid(), QStringLiteral("Files"), LauncherItem::Kind::application,
+                QByteArray("\x00\x01path\xff", 7), std::nullopt },
+            { QUuid::createUuid(), QStringLiteral("notes"), LauncherItem::Kind::file, std::nullopt, std::nullopt },
+            { QUuid::createUuid(), QStringLiteral("example.org \"quoted\""), LauncherItem::Kind::website, std::nullopt,
+                QStringLiteral("https://example.org/ä?x=1") },
         };
         const QByteArray json = encodePreferences(p).value();
         const auto decoded = decodePreferences(json);
@@ -94,7 +91,8 @@ private slots:
         QVERIFY(!app.contains("urlString"));
         QVERIFY(!items[1].toObject().contains("bookmarkData"));
         QVERIFY(!items[1].toObject().contains("urlString"));
-        QVERIFY(json.contains(R"({"id":")" + app.value("id").toString().toLatin1() + R"(","title":"Files","kind":"application","bookmarkData":"AAFwYXRo/w=="})"));
+        QVERIFY(json.contains(R"({"id":")" + app.value("id").toString().toLatin1()
+            + R"(","title":"Files","kind":"application","bookmarkData":"AAFwYXRo/w=="})"));
     }
 
     void memberOrderIsFieldOrder()
@@ -143,17 +141,17 @@ private slots:
         QTest::newRow("width string") << "width" << QJsonValue("268");
         QTest::newRow("height bool") << "height" << QJsonValue(false);
         QTest::newRow("cornerRadius null") << "cornerRadius" << QJsonValue(QJsonValue::Null);
-        QTest::newRow("opacity array") << "opacity" << QJsonValue(QJsonArray{1});
-        QTest::newRow("spacing object") << "spacing" << QJsonValue(QJsonObject{});
+        QTest::newRow("opacity array") << "opacity" << QJsonValue(QJsonArray { 1 });
+        QTest::newRow("spacing object") << "spacing" << QJsonValue(QJsonObject {});
         QTest::newRow("animationSpeed string") << "animationSpeed" << QJsonValue("1");
         QTest::newRow("leftModuleIDs string") << "leftModuleIDs" << QJsonValue("clipboard");
-        QTest::newRow("leftModuleIDs numbers") << "leftModuleIDs" << QJsonValue(QJsonArray{1, 2});
-        QTest::newRow("rightModuleIDs object") << "rightModuleIDs" << QJsonValue(QJsonObject{});
+        QTest::newRow("leftModuleIDs numbers") << "leftModuleIDs" << QJsonValue(QJsonArray { 1, 2 });
+        QTest::newRow("rightModuleIDs object") << "rightModuleIDs" << QJsonValue(QJsonObject {});
         QTest::newRow("hasCompletedOnboarding string") << "hasCompletedOnboarding" << QJsonValue("false");
         QTest::newRow("offsetFromNotch null") << "offsetFromNotch" << QJsonValue(QJsonValue::Null);
         QTest::newRow("offsetFromEdge string") << "offsetFromEdge" << QJsonValue("80");
-        QTest::newRow("launcherItems object") << "launcherItems" << QJsonValue(QJsonObject{});
-        QTest::newRow("launcherItems strings") << "launcherItems" << QJsonValue(QJsonArray{"x"});
+        QTest::newRow("launcherItems object") << "launcherItems" << QJsonValue(QJsonObject {});
+        QTest::newRow("launcherItems strings") << "launcherItems" << QJsonValue(QJsonArray { "x" });
     }
     void everyMemberOfAnotherTypeFailsTheRecord()
     {
@@ -173,9 +171,9 @@ private slots:
         QTest::newRow("style title") << "style" << QJsonValue("Pill");
         QTest::newRow("style other") << "style" << QJsonValue("rounded");
         QTest::newRow("style empty") << "style" << QJsonValue("");
-        QTest::newRow("module capitalised") << "leftModuleIDs" << QJsonValue(QJsonArray{"Clipboard"});
-        QTest::newRow("module words") << "rightModuleIDs" << QJsonValue(QJsonArray{"now playing"});
-        QTest::newRow("one bad module among good") << "leftModuleIDs" << QJsonValue(QJsonArray{"timer", "weather"});
+        QTest::newRow("module capitalised") << "leftModuleIDs" << QJsonValue(QJsonArray { "Clipboard" });
+        QTest::newRow("module words") << "rightModuleIDs" << QJsonValue(QJsonArray { "now playing" });
+        QTest::newRow("one bad module among good") << "leftModuleIDs" << QJsonValue(QJsonArray { "timer", "weather" });
     }
     void enumerationTextsMustBeRawValues()
     {
@@ -189,32 +187,32 @@ private slots:
     void nowPlayingIsAModuleRawValue()
     {
         QJsonObject object = defaultObject();
-        object.insert("rightModuleIDs", QJsonArray{"nowPlaying", "systemStatus"});
+        object.insert("rightModuleIDs", QJsonArray { "nowPlaying", "systemStatus" });
         const auto decoded = decodePreferences(jsonOf(object));
         QVERIFY(decoded);
-        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ModuleID::nowPlaying, ModuleID::systemStatus}));
+        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ ModuleID::nowPlaying, ModuleID::systemStatus }));
     }
 
     void emptyLeftListIsValid()
     {
         QJsonObject object = defaultObject();
-        object.insert("leftModuleIDs", QJsonArray{});
-        object.insert("rightModuleIDs", QJsonArray{"clipboard", "clipboard"});
+        object.insert("leftModuleIDs", QJsonArray {});
+        object.insert("rightModuleIDs", QJsonArray { "clipboard", "clipboard" });
         const auto decoded = decodePreferences(jsonOf(object));
         QVERIFY(decoded);
         QVERIFY(decoded->leftModuleIDs.isEmpty());
-        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ModuleID::clipboard, ModuleID::clipboard}));
+        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ ModuleID::clipboard, ModuleID::clipboard }));
     }
 
     void sameModuleOnBothSidesIsValid()
     {
         QJsonObject object = defaultObject();
-        object.insert("leftModuleIDs", QJsonArray{"timer", "clipboard"});
-        object.insert("rightModuleIDs", QJsonArray{"clipboard"});
+        object.insert("leftModuleIDs", QJsonArray { "timer", "clipboard" });
+        object.insert("rightModuleIDs", QJsonArray { "clipboard" });
         const auto decoded = decodePreferences(jsonOf(object));
         QVERIFY(decoded);
-        QCOMPARE(decoded->leftModuleIDs, QList<ModuleID>({ModuleID::timer, ModuleID::clipboard}));
-        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ModuleID::clipboard}));
+        QCOMPARE(decoded->leftModuleIDs, QList<ModuleID>({ ModuleID::timer, ModuleID::clipboard }));
+        QCOMPARE(decoded->rightModuleIDs, QList<ModuleID>({ ModuleID::clipboard }));
     }
 
     void numbersAreTakenAsTheyStand()
@@ -246,7 +244,7 @@ private slots:
     void otherMembersAreIgnored()
     {
         QJsonObject object = defaultObject();
-        object.insert("futureSetting", QJsonArray{1, 2});
+        object.insert("futureSetting", QJsonArray { 1, 2 });
         const auto decoded = decodePreferences(jsonOf(object));
         QVERIFY(decoded);
         QVERIFY(*decoded == Preferences::defaults());
@@ -261,14 +259,23 @@ private slots:
         QCOMPARE(decoded->launcherItems.size(), 1);
         QCOMPARE(decoded->launcherItems[0].bookmarkData, std::nullopt);
         QCOMPARE(decoded->launcherItems[0].urlString, std::nullopt);
-        QCOMPARE(decoded->launcherItems[0].id, QUuid::fromString(QStringLiteral("E621E1F8-C36C-495A-93FC-0C247A3E6E5F")));
+        QCOMPARE(
+            decoded->launcherItems[0].id, QUuid::fromString(QStringLiteral("E621E1F8-C36C-495A-93FC-0C247A3E6E5F")));
     }
 
     void badLauncherItemFailsTheWholeRecord_data()
     {
         QTest::addColumn<QJsonObject>("item");
-        auto without = [](const char *key) { QJsonObject o = siteItem(); o.remove(key); return o; };
-        auto with = [](const char *key, const QJsonValue &v) { QJsonObject o = siteItem(); o.insert(key, v); return o; };
+        auto without = [](const char *key) {
+            QJsonObject o = siteItem();
+            o.remove(key);
+            return o;
+        };
+        auto with = [](const char *key, const QJsonValue &v) {
+            QJsonObject o = siteItem();
+            o.insert(key, v);
+            return o;
+        };
         QTest::newRow("no title") << without("title");
         QTest::newRow("no id") << without("id");
         QTest::newRow("no kind") << without("kind");

@@ -26,8 +26,8 @@ private slots:
         QCOMPARE(p.opacity, 1.0);
         QCOMPARE(p.spacing, 8.0);
         QCOMPARE(p.animationSpeed, 1.0);
-        QCOMPARE(p.leftModuleIDs, QList<ModuleID>({ModuleID::clipboard, ModuleID::downloads, ModuleID::timer}));
-        QCOMPARE(p.rightModuleIDs, QList<ModuleID>({ModuleID::launcher}));
+        QCOMPARE(p.leftModuleIDs, QList<ModuleID>({ ModuleID::clipboard, ModuleID::downloads, ModuleID::timer }));
+        QCOMPARE(p.rightModuleIDs, QList<ModuleID>({ ModuleID::launcher }));
         QCOMPARE(p.hasCompletedOnboarding, false);
         QCOMPARE(p.offsetFromNotch, 8.0);
         QCOMPARE(p.offsetFromEdge, 80.0);
@@ -43,8 +43,8 @@ private slots:
             titles << title(placement);
             QCOMPARE(notchPlacementFromRaw(rawValue(placement)), placement);
         }
-        QCOMPARE(raws, QStringList({"left", "right", "both"}));
-        QCOMPARE(titles, QStringList({"Left", "Right", "Both"}));
+        QCOMPARE(raws, QStringList({ "left", "right", "both" }));
+        QCOMPARE(titles, QStringList({ "Left", "Right", "Both" }));
         QCOMPARE(notchPlacementFromRaw(QStringLiteral("Both")), std::nullopt);
         QCOMPARE(notchPlacementFromRaw(QString()), std::nullopt);
     }
@@ -57,8 +57,8 @@ private slots:
             titles << title(style);
             QCOMPARE(notchStyleFromRaw(rawValue(style)), style);
         }
-        QCOMPARE(raws, QStringList({"classic", "pill", "minimal"}));
-        QCOMPARE(titles, QStringList({"Classic", "Pill", "Minimal"}));
+        QCOMPARE(raws, QStringList({ "classic", "pill", "minimal" }));
+        QCOMPARE(titles, QStringList({ "Classic", "Pill", "Minimal" }));
         QCOMPARE(notchStyleFromRaw(QStringLiteral("rounded")), std::nullopt);
     }
 
@@ -70,12 +70,13 @@ private slots:
             titles << title(id);
             symbols << systemImage(id);
         }
-        QCOMPARE(raws, QStringList({"clipboard", "downloads", "timer", "launcher", "calendar", "nowPlaying",
-                                    "systemStatus"}));
-        QCOMPARE(titles, QStringList({"Clipboard", "Downloads", "Timer", "Launcher", "Calendar", "Now Playing",
-                                      "System"}));
-        QCOMPARE(symbols, QStringList({"clipboard", "arrow.down.circle", "timer", "square.grid.2x2", "calendar",
-                                       "playpause", "chart.bar"}));
+        QCOMPARE(raws,
+            QStringList({ "clipboard", "downloads", "timer", "launcher", "calendar", "nowPlaying", "systemStatus" }));
+        QCOMPARE(titles,
+            QStringList({ "Clipboard", "Downloads", "Timer", "Launcher", "Calendar", "Now Playing", "System" }));
+        QCOMPARE(symbols,
+            QStringList({ "clipboard", "arrow.down.circle", "timer", "square.grid.2x2", "calendar", "playpause",
+                "chart.bar" }));
     }
 
     void moduleRawValuesMatchExactly()
@@ -105,10 +106,10 @@ private slots:
         b.rightModuleIDs.append(ModuleID::launcher);
         QVERIFY(!(a == b));
         b = a;
-        LauncherItem item{QUuid::createUuid(), QStringLiteral("Site"), LauncherItem::Kind::website, std::nullopt,
-                          QStringLiteral("https://example.org")};
-        a.launcherItems = {item};
-        b.launcherItems = {item};
+        LauncherItem item { QUuid::createUuid(), QStringLiteral("Site"), LauncherItem::Kind::website, std::nullopt,
+            QStringLiteral("https://example.org") };
+        a.launcherItems = { item };
+        b.launcherItems = { item };
         QVERIFY(a == b);
         b.launcherItems[0].urlString = QStringLiteral("https://example.com");
         QVERIFY(!(a == b));

@@ -38,7 +38,7 @@ Preferences decodedOnDisk(const QString &fileName)
     const QVariant stored = storedOnDisk(fileName);
     if (stored.typeId() != QMetaType::QByteArray)
         return {};
-    return decodePreferences(stored.toByteArray()).value_or(Preferences{});
+    return decodePreferences(stored.toByteArray()).value_or(Preferences {});
 }
 
 constexpr QFileDevice::Permissions everyone = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner
@@ -63,8 +63,7 @@ void removeSettings()
 }
 
 // Everything written to stderr while `work` runs.
-template<typename Work>
-QByteArray stderrOf(Work work)
+template <typename Work> QByteArray stderrOf(Work work)
 {
     std::fflush(stderr);
     const int saved = ::dup(STDERR_FILENO);
@@ -120,7 +119,7 @@ private slots:
 
         Preferences changed = store.current();
         changed.style = NotchStyle::minimal;
-        changed.leftModuleIDs = {ModuleID::timer};
+        changed.leftModuleIDs = { ModuleID::timer };
         store.setCurrent(changed);
         settings.sync();
 
@@ -175,8 +174,8 @@ private slots:
         FakeKeyValueStore counting;
         PreferencesStore counted(counting);
         counted.update([](Preferences &p) {
-            p.launcherItems.append({QUuid::createUuid(), QStringLiteral("example.org"), LauncherItem::Kind::website,
-                                    std::nullopt, QStringLiteral("https://example.org")});
+            p.launcherItems.append({ QUuid::createUuid(), QStringLiteral("example.org"), LauncherItem::Kind::website,
+                std::nullopt, QStringLiteral("https://example.org") });
         });
         QCOMPARE(counting.writes, 1);
     }
@@ -215,11 +214,11 @@ private slots:
     {
         QSettingsStore settings;
         QByteArray outdated = encodePreferences([] {
-                                  Preferences p;
-                                  p.width = 400;
-                                  p.style = NotchStyle::classic;
-                                  return p;
-                              }())
+            Preferences p;
+            p.width = 400;
+            p.style = NotchStyle::classic;
+            return p;
+        }())
                                   .value();
         outdated.replace(",\"offsetFromEdge\":80", "");
         settings.setValue(key, outdated);
@@ -243,7 +242,7 @@ private slots:
         QTest::newRow("text holding valid json")
             << QVariant(QString::fromUtf8(encodePreferences(Preferences::defaults()).value()));
         QTest::newRow("number") << QVariant(42);
-        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("a")});
+        QTest::newRow("list") << QVariant(QStringList { QStringLiteral("a") });
         QTest::newRow("garbage bytes") << QVariant(QByteArray("\x01\x02garbage", 9));
     }
     void valueOfAnotherTypeGivesDefaults()
@@ -293,13 +292,15 @@ private slots:
         removeSettings();
         // A folder left by an earlier version with the usual mode is tightened too.
         QVERIFY(QDir().mkpath(settingsFolder()));
-        QVERIFY(QFile::setPermissions(settingsFolder(), everyone & ~(QFileDevice::WriteGroup | QFileDevice::WriteOther)));
+        QVERIFY(
+            QFile::setPermissions(settingsFolder(), everyone & ~(QFileDevice::WriteGroup | QFileDevice::WriteOther)));
         const mode_t previousMask = ::umask(022);
         {
             QSettingsStore settings;
             PreferencesStore store(settings);
             store.update([](Preferences &p) { p.width = 420; });
-            QCOMPARE(modeOf(settingsFolder()), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            QCOMPARE(
+                modeOf(settingsFolder()), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
             QCOMPARE(modeOf(settings.fileName()), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
             // Every later write replaces the file: it stays private.
             store.update([](Preferences &p) { p.width = 430; });

@@ -32,18 +32,18 @@ private slots:
         menu.show();
         QWindow hidden;
         QTRY_VERIFY(surface.isExposed());
-        QVERIFY(!anyOwnWindowShowing({&surface, &menu, &hidden}));
+        QVERIFY(!anyOwnWindowShowing({ &surface, &menu, &hidden }));
 
         QWindow settings;
         settings.show();
-        QVERIFY(anyOwnWindowShowing({&surface, &settings}));
+        QVERIFY(anyOwnWindowShowing({ &surface, &settings }));
         settings.hide();
-        QVERIFY(!anyOwnWindowShowing({&surface, &settings}));
+        QVERIFY(!anyOwnWindowShowing({ &surface, &settings }));
 
         QWindow dialog;
         dialog.setFlags(Qt::Dialog);
         dialog.show();
-        QVERIFY(anyOwnWindowShowing({&dialog}));
+        QVERIFY(anyOwnWindowShowing({ &dialog }));
     }
 
     void reopeningOpensTheSettingsOnlyWhenNoWindowOfLedgewiseShows()
@@ -87,7 +87,7 @@ private slots:
         const auto &surfaces = model.notchController()->controllers();
         QTRY_VERIFY(std::any_of(surfaces.begin(), surfaces.end(), [](const auto &surface) {
             return surface->surface()->side() == NotchSide::left
-                   && surface->surface()->presentation() == NotchPresentation::expanded;
+                && surface->surface()->presentation() == NotchPresentation::expanded;
         }));
     }
 };

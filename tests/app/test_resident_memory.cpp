@@ -54,7 +54,7 @@ QStringList mappedFiles(qint64 pid, const QByteArray &part)
 {
     QFile maps(QStringLiteral("/proc/%1/maps").arg(pid));
     if (!maps.open(QIODevice::ReadOnly))
-        return {QStringLiteral("(maps unreadable)")};
+        return { QStringLiteral("(maps unreadable)") };
     QStringList files;
     for (const QByteArray &line : maps.readAll().split('\n')) {
         if (line.contains(part))
@@ -76,10 +76,7 @@ class TestResidentMemory : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    }
+    void initTestCase() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
 
     void symbolDrawsItsDrawingAndNothingForAnUnknownName()
     {
@@ -89,7 +86,7 @@ private slots:
         component.setData("import QtQuick\nimport Ledgewise.Surfaces\n"
                           "Rectangle { width: 48; height: 48; color: 'black'\n"
                           "  Symbol { objectName: 'symbol'; x: 12; y: 12; name: 'timer'; size: 24 } }",
-                          QUrl::fromLocalFile(QStringLiteral("/symbol_test.qml")));
+            QUrl::fromLocalFile(QStringLiteral("/symbol_test.qml")));
         std::unique_ptr<QQuickItem> root(qobject_cast<QQuickItem *>(component.create()));
         QVERIFY2(root, qPrintable(component.errorString()));
         QQuickWindow window;
@@ -135,8 +132,10 @@ private slots:
 
         // Hovered, the left surface shows its module's symbol: drawn from its SVG.
         const QString left = surfaceWindow(QStringLiteral("left"));
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), left, QStringLiteral("20"), QStringLiteral("10")});
-        QTRY_COMPARE_WITH_TIMEOUT(mappedImagePlugins(app.processId()), QStringList(QStringLiteral("libqsvg.so")), 10000);
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("--window"), left, QStringLiteral("20"),
+            QStringLiteral("10") });
+        QTRY_COMPARE_WITH_TIMEOUT(
+            mappedImagePlugins(app.processId()), QStringList(QStringLiteral("libqsvg.so")), 10000);
         QCOMPARE(mappedFiles(app.processId(), "libQt6Widgets"), QStringList());
 
         app.terminate();

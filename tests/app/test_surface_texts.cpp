@@ -41,9 +41,8 @@ bool historyHolds(const QString &text)
     if (!file.open(QIODevice::ReadOnly))
         return false;
     const QJsonArray entries = QJsonDocument::fromJson(file.readAll()).array();
-    return std::any_of(entries.begin(), entries.end(), [&text](const QJsonValue &entry) {
-        return entry.toObject().value(QStringLiteral("text")).toString() == text;
-    });
+    return std::any_of(entries.begin(), entries.end(),
+        [&text](const QJsonValue &entry) { return entry.toObject().value(QStringLiteral("text")).toString() == text; });
 }
 
 // Waits (generously: a full suite runs beside it) until what the screen reader reads
@@ -110,7 +109,8 @@ private slots:
     {
         CountingServer server;
         QVERIFY(server.listen());
-        const QString markup = QStringLiteral("<img src=\"http://127.0.0.1:%1/x.png\"> <b>bold</b> &amp;").arg(server.port());
+        const QString markup
+            = QStringLiteral("<img src=\"http://127.0.0.1:%1/x.png\"> <b>bold</b> &amp;").arg(server.port());
 
         // The control: the same text shown as markup by a QML Text in a window of the
         // test's own fetches the picture from the server, so a fetch by Ledgewise would
@@ -145,24 +145,30 @@ private slots:
         QStringList read;
         const QRect sleeping = surfaceGeometry(QStringLiteral("left"));
         pointerTo(sleeping.center().x(), sleeping.center().y());
-        QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("label|") + markup, &read), qPrintable(read.join(QLatin1Char('\n'))));
+        QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("label|") + markup, &read),
+            qPrintable(read.join(QLatin1Char('\n'))));
 
         // Opened, its clipboard row reads the characters as copied.
-        xdotool({QStringLiteral("click"), QStringLiteral("1")});
-        QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("push button|") + markup, &read), qPrintable(read.join(QLatin1Char('\n'))));
-        QVERIFY2(read.contains(QStringLiteral("push button|Delete ") + markup), qPrintable(read.join(QLatin1Char('\n'))));
+        xdotool({ QStringLiteral("click"), QStringLiteral("1") });
+        QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("push button|") + markup, &read),
+            qPrintable(read.join(QLatin1Char('\n'))));
+        QVERIFY2(
+            read.contains(QStringLiteral("push button|Delete ") + markup), qPrintable(read.join(QLatin1Char('\n'))));
 
         // A click elsewhere closes it; then the markup is dropped onto it.
         pointerTo(700, 700);
-        xdotool({QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("click"), QStringLiteral("1") });
         QTRY_VERIFY_WITH_TIMEOUT(surfaceGeometry(QStringLiteral("left")).height() < 100, 15000);
         QCOMPARE(dragTextOntoLeftSurface(markup), QByteArray("copy"));
         // Its summary is read with the drop's actions, as dropped.
-        QVERIFY2(readsEventually([&markup](const QStringList &read) {
-                     const QStringList left = surfaceLines(read, QStringLiteral("left"));
-                     return left.contains(QStringLiteral("label|") + markup) && left.contains(QStringLiteral("push button|Copy"));
-                 }, &read),
-                 qPrintable(read.join(QLatin1Char('\n'))));
+        QVERIFY2(readsEventually(
+                     [&markup](const QStringList &read) {
+                         const QStringList left = surfaceLines(read, QStringLiteral("left"));
+                         return left.contains(QStringLiteral("label|") + markup)
+                             && left.contains(QStringLiteral("push button|Copy"));
+                     },
+                     &read),
+            qPrintable(read.join(QLatin1Char('\n'))));
 
         // Every view of the markup has been made; any fetch it started would have
         // reached the server by now, with a margin for a loaded machine.
@@ -177,7 +183,8 @@ private slots:
     void downloadsNamesAndTheRunningCountdownAreRead()
     {
         // Two downloads, one with a name that looks like markup.
-        const QStringList names = {QStringLiteral("quarterly report.pdf"), QStringLiteral("<b>notes &amp; more <i>.txt")};
+        const QStringList names
+            = { QStringLiteral("quarterly report.pdf"), QStringLiteral("<b>notes &amp; more <i>.txt") };
         for (const QString &name : names) {
             QFile file(QDir::home().filePath(QStringLiteral("Downloads/") + name));
             QVERIFY(file.open(QIODevice::WriteOnly));
@@ -190,15 +197,17 @@ private slots:
 
         const QRect sleeping = surfaceGeometry(QStringLiteral("left"));
         pointerTo(sleeping.center().x(), sleeping.center().y());
-        xdotool({QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("click"), QStringLiteral("1") });
         QStringList read;
         for (const QString &name : names)
-            QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("push button|") + name, &read), qPrintable(read.join(QLatin1Char('\n'))));
+            QVERIFY2(readsEventually(QStringLiteral("left"), QStringLiteral("push button|") + name, &read),
+                qPrintable(read.join(QLatin1Char('\n'))));
 
         // The panels' headings, and what an empty history says, are read too.
-        for (const char *heading : {"Clipboard", "Copies stay on this computer.", "Downloads", "Timer"})
-            QVERIFY2(surfaceLines(read, QStringLiteral("left")).contains(QStringLiteral("label|") + QLatin1String(heading)),
-                     qPrintable(read.join(QLatin1Char('\n'))));
+        for (const char *heading : { "Clipboard", "Copies stay on this computer.", "Downloads", "Timer" })
+            QVERIFY2(
+                surfaceLines(read, QStringLiteral("left")).contains(QStringLiteral("label|") + QLatin1String(heading)),
+                qPrintable(read.join(QLatin1Char('\n'))));
 
         // A countdown started from its preset: the open panel's clock reads its time as
         // it runs, and so does the other surface, which shows it too.
@@ -209,13 +218,18 @@ private slots:
             return shown.isEmpty() ? QString() : shown.constFirst();
         };
         QVERIFY2(readsEventually([&](const QStringList &read) { return !clock(read).isEmpty(); }, &read),
-                 qPrintable(read.join(QLatin1Char('\n'))));
+            qPrintable(read.join(QLatin1Char('\n'))));
         const QString first = clock(read);
-        QVERIFY2(readsEventually([&](const QStringList &read) { return !surfaceLines(read, QStringLiteral("right")).filter(running).isEmpty(); }, &read),
-                 qPrintable(read.join(QLatin1Char('\n'))));
+        QVERIFY2(readsEventually(
+                     [&](const QStringList &read) {
+                         return !surfaceLines(read, QStringLiteral("right")).filter(running).isEmpty();
+                     },
+                     &read),
+            qPrintable(read.join(QLatin1Char('\n'))));
         // ...and the clock reads the new time once it has moved on.
-        QVERIFY2(readsEventually([&](const QStringList &read) { return !clock(read).isEmpty() && clock(read) != first; }, &read),
-                 qPrintable(first + QLatin1Char('\n') + read.join(QLatin1Char('\n'))));
+        QVERIFY2(readsEventually(
+                     [&](const QStringList &read) { return !clock(read).isEmpty() && clock(read) != first; }, &read),
+            qPrintable(first + QLatin1Char('\n') + read.join(QLatin1Char('\n'))));
 
         app.terminate();
         QVERIFY(app.waitForFinished(10000));

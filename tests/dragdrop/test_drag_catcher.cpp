@@ -77,7 +77,7 @@ private:
 struct CatchingWindow {
     DragCatcher catcher;
     RecordingHandler handler;
-    DraggedWindow surface{catcher};
+    DraggedWindow surface { catcher };
     CatchingWindow() { catcher.setHandler(&handler, &handler); }
 };
 
@@ -115,7 +115,7 @@ private slots:
         QVERIFY(catcher.draggingEntered(data));
         QVERIFY(catcher.draggingUpdated(data));
         catcher.draggingExited();
-        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "exit" }));
     }
 
     void unreadableLinkTypeIsRefusedAtEntryAndAtTheDrop()
@@ -130,7 +130,7 @@ private slots:
         QVERIFY(!catcher.prepareForDragOperation(data));
         QVERIFY(!catcher.performDragOperation(data));
         catcher.draggingExited();
-        QCOMPARE(handler.log, QStringList({"exit"}));
+        QCOMPARE(handler.log, QStringList({ "exit" }));
     }
 
     void bigTextIsConvertedOnlyWhenAnActionAsksForIt()
@@ -148,7 +148,7 @@ private slots:
         QVERIFY(surface.drop(data, centre + QPointF(1, 0)));
         QVERIFY(handler.entered && handler.dropped);
         const QString summary = QStringLiteral("grüße") + QString(995, QLatin1Char('x')) + QChar(0x2026);
-        QCOMPARE(handler.log, QStringList({"enter " + summary, "drop " + summary}));
+        QCOMPARE(handler.log, QStringList({ "enter " + summary, "drop " + summary }));
         QVERIFY(!handler.entered->text.isDecoded());
         QVERIFY(!handler.dropped->text.isDecoded());
         QCOMPARE(handler.dropped->text->toUtf8(), text);
@@ -160,11 +160,12 @@ private slots:
         RecordingHandler handler;
         catcher.setHandler(&handler, &handler);
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt")), QUrl::fromLocalFile(QStringLiteral("/tmp/b.txt"))});
+        data.setUrls(
+            { QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt")), QUrl::fromLocalFile(QStringLiteral("/tmp/b.txt")) });
         QVERIFY(catcher.draggingEntered(data));
         QVERIFY(catcher.prepareForDragOperation(data));
         QVERIFY(catcher.performDragOperation(data));
-        QCOMPARE(handler.log, QStringList({"enter 2 files", "drop 2 files"}));
+        QCOMPARE(handler.log, QStringList({ "enter 2 files", "drop 2 files" }));
     }
 
     void dropWithoutHandlerStillAnswersYes()
@@ -205,11 +206,11 @@ private slots:
         QVERIFY(!surface.move(data, topLeftCorner));
         QCOMPARE(handler.log, QStringList());
         QVERIFY(surface.move(data, centre));
-        QCOMPARE(handler.log, QStringList({"enter some text"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text" }));
         QVERIFY(surface.move(data, QPointF(40, 15)));
-        QCOMPARE(handler.log, QStringList({"enter some text"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text" }));
         surface.leave();
-        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "exit" }));
     }
 
     void dragMovingOutIntoACornerExitsAndComingBackEntersAgain()
@@ -221,15 +222,15 @@ private slots:
         QVERIFY(surface.enter(data, centre));
         QVERIFY(surface.move(data, centre));
         QVERIFY(!surface.move(data, bottomRightCorner));
-        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "exit" }));
         QVERIFY(!surface.move(data, QPointF(75, 26)));
         surface.leave(); // already out of the shape: no second exit
-        QCOMPARE(handler.log, QStringList({"enter some text", "exit"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "exit" }));
 
         QVERIFY(!surface.enter(data, bottomRightCorner));
         QVERIFY(surface.move(data, centre));
         QVERIFY(surface.drop(data, centre));
-        QCOMPARE(handler.log, QStringList({"enter some text", "exit", "enter some text", "drop some text"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "exit", "enter some text", "drop some text" }));
     }
 
     void dropInACornerIsRefusedAndCountsAsLeaving()
@@ -237,10 +238,10 @@ private slots:
         CatchingWindow caught;
         auto &[catcher, handler, surface] = caught;
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt"))});
+        data.setUrls({ QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt")) });
         QVERIFY(surface.enter(data, centre));
         QVERIFY(!surface.drop(data, topLeftCorner));
-        QCOMPARE(handler.log, QStringList({"enter a.txt", "exit"}));
+        QCOMPARE(handler.log, QStringList({ "enter a.txt", "exit" }));
     }
 
     void dropWhereTheDragWasTakenIsKeptAfterTheWindowOpenedUnderIt()
@@ -258,7 +259,7 @@ private slots:
         catcher.setPillCornerRadius(24);
         QVERIFY(!catcher.contains(QSizeF(268, 340), leftEnd));
         QVERIFY(surface.drop(data, leftEnd));
-        QCOMPARE(handler.log, QStringList({"enter some text", "drop some text"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "drop some text" }));
     }
 
     void dropWhoseDataCannotBeFetchedKeepsWhatTheDragCarriedIn()
@@ -272,7 +273,7 @@ private slots:
         // does not arrive this time.
         data.setText(QString());
         QVERIFY(surface.drop(data, centre));
-        QCOMPARE(handler.log, QStringList({"enter some text", "drop some text"}));
+        QCOMPARE(handler.log, QStringList({ "enter some text", "drop some text" }));
 
         // A drag that never entered the shape has nothing to fall back on.
         RecordingHandler later;
@@ -291,7 +292,7 @@ private slots:
         QVERIFY(!surface.enter(data, centre));
         QVERIFY(surface.move(data, QPointF(40, 15))); // lenient while it moves
         QVERIFY(!surface.drop(data, QPointF(40, 15)));
-        QCOMPARE(handler.log, QStringList({"exit"}));
+        QCOMPARE(handler.log, QStringList({ "exit" }));
     }
 
     void emptyDragIsRefused()
@@ -327,7 +328,7 @@ private slots:
         QCOMPARE(DropPayload::imageDecodeCount(), before);
         QVERIFY(dragged.drop(data, centre));
         QCOMPARE(DropPayload::imageDecodeCount(), before + 1);
-        QCOMPARE(handler.log, QStringList({"enter Image", "exit", "enter Image", "drop Image"}));
+        QCOMPARE(handler.log, QStringList({ "enter Image", "exit", "enter Image", "drop Image" }));
         QCOMPARE(handler.dropped->image->size(), QSize(40, 30));
     }
 };

@@ -36,7 +36,7 @@ protected:
 
 void pointerTo(const QPoint &point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) });
 }
 
 // The surface spans 300..500 x 100..180 with corners of radius 30.
@@ -71,7 +71,7 @@ private slots:
     void cleanup()
     {
         // A test that failed mid-drag must not leave the button down for the next one.
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         if (m_source.state() != QProcess::NotRunning) {
             m_source.kill();
             m_source.waitForFinished();
@@ -82,35 +82,35 @@ private slots:
 
     void dragCountsInAndOutWhereItCrossesTheRoundedShape()
     {
-        startDrag({QStringLiteral("dragged text")});
+        startDrag({ QStringLiteral("dragged text") });
         pointerTo(topLeftCorner);
         QTest::qWait(300); // in the window, not yet in the shape: nothing
         QCOMPARE(m_handler.log, QStringList());
         pointerTo(centre);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter dragged text"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter dragged text" }));
         pointerTo(bottomRightCorner);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter dragged text", "exit"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter dragged text", "exit" }));
         pointerTo(centre);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter dragged text", "exit", "enter dragged text"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter dragged text", "exit", "enter dragged text" }));
         QCOMPARE(release(), QByteArray("copy"));
-        QTRY_COMPARE(m_handler.log,
-                     QStringList({"enter dragged text", "exit", "enter dragged text", "drop dragged text"}));
+        QTRY_COMPARE(
+            m_handler.log, QStringList({ "enter dragged text", "exit", "enter dragged text", "drop dragged text" }));
     }
 
     void releasedInACornerIsNotADrop()
     {
-        startDrag({QStringLiteral("dragged text")});
+        startDrag({ QStringLiteral("dragged text") });
         pointerTo(centre);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter dragged text"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter dragged text" }));
         pointerTo(topLeftCorner);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter dragged text", "exit"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter dragged text", "exit" }));
         QCOMPARE(release(), QByteArray("ignored"));
-        QCOMPARE(m_handler.log, QStringList({"enter dragged text", "exit"}));
+        QCOMPARE(m_handler.log, QStringList({ "enter dragged text", "exit" }));
     }
 
     void dragOfATypeNoSurfaceTakesIsNeverHeardOf()
     {
-        startDrag({QStringLiteral("opaque bytes"), QStringLiteral("application/x-unknown")});
+        startDrag({ QStringLiteral("opaque bytes"), QStringLiteral("application/x-unknown") });
         pointerTo(centre);
         QTest::qWait(300);
         pointerTo(belowTheSurface);
@@ -127,21 +127,21 @@ private slots:
         // process runs in. The list holds no file; what is left is the text X offers
         // for any link list (shown as it is, saved as Dropped.txt).
         const QString list = QStringLiteral("file:.\r\nfile:..\r\nfile:notes.txt\r\n");
-        startDrag({list, QStringLiteral("text/uri-list")});
+        startDrag({ list, QStringLiteral("text/uri-list") });
         pointerTo(centre);
         const QString asText = QStringLiteral("file:.\nfile:..\nfile:notes.txt\n");
-        QTRY_COMPARE(m_handler.log, QStringList({"enter " + asText}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter " + asText }));
         QCOMPARE(release(), QByteArray("copy"));
-        QTRY_COMPARE(m_handler.log, QStringList({"enter " + asText, "drop " + asText}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter " + asText, "drop " + asText }));
     }
 
     void dragOfAnAbsoluteFileLinkAmongRelativeOnesKeepsOnlyIt()
     {
-        startDrag({QStringLiteral("file:.\r\nfile:///tmp/report.pdf\r\n"), QStringLiteral("text/uri-list")});
+        startDrag({ QStringLiteral("file:.\r\nfile:///tmp/report.pdf\r\n"), QStringLiteral("text/uri-list") });
         pointerTo(centre);
-        QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter report.pdf" }));
         QCOMPARE(release(), QByteArray("copy"));
-        QTRY_COMPARE(m_handler.log, QStringList({"enter report.pdf", "drop report.pdf"}));
+        QTRY_COMPARE(m_handler.log, QStringList({ "enter report.pdf", "drop report.pdf" }));
     }
 
     void dropOfTenThousandFilesFromAGtkApplicationIsTaken()
@@ -151,7 +151,8 @@ private slots:
         QTemporaryFile list;
         QVERIFY(list.open());
         for (int i = 0; i < 10000; ++i) {
-            QUrl file = QUrl::fromLocalFile(QStringLiteral("/home/me/photos/IMG_%1.jpg").arg(i, 5, 10, QLatin1Char('0')));
+            QUrl file
+                = QUrl::fromLocalFile(QStringLiteral("/home/me/photos/IMG_%1.jpg").arg(i, 5, 10, QLatin1Char('0')));
             if (i == 1)
                 file = QUrl::fromLocalFile(QStringLiteral("/home/me/") + QString(4000, QLatin1Char('n')));
             if (i == 2)
@@ -160,12 +161,12 @@ private slots:
         }
         list.flush();
         DragSourceProcess source(DragSourceProcess::Toolkit::gtk, QPoint(600, 500), QStringLiteral("photos"),
-                                 QLatin1Char('@') + list.fileName());
+            QLatin1Char('@') + list.fileName());
         QVERIFY(source.isReady());
-        source.dragThrough({QPoint(600, 450), QPoint(500, 350), QPoint(300, 300), QPoint(280, 120), centre});
-        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({"enter 10000 files"}), 10000);
+        source.dragThrough({ QPoint(600, 450), QPoint(500, 350), QPoint(300, 300), QPoint(280, 120), centre });
+        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({ "enter 10000 files" }), 10000);
         QCOMPARE(source.release(), QByteArray("copy"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({"enter 10000 files", "drop 10000 files"}), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_handler.log, QStringList({ "enter 10000 files", "drop 10000 files" }), 10000);
     }
 
 private:
@@ -173,13 +174,14 @@ private:
     // does, to just below the surface.
     void startDrag(const QStringList &what)
     {
-        m_source.start(qEnvironmentVariable("DRAG_SOURCE"), QStringList({"600", "500"}) + what);
+        m_source.start(qEnvironmentVariable("DRAG_SOURCE"), QStringList({ "600", "500" }) + what);
         QVERIFY(m_source.waitForReadyRead(10000));
         QCOMPARE(m_source.readLine().trimmed(), QByteArray("ready"));
-        QTRY_VERIFY(!xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty());
+        QTRY_VERIFY(
+            !xdotool({ QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source") }).isEmpty());
         pointerTo(QPoint(650, 550));
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-        for (const QPoint &step : {QPoint(600, 450), QPoint(500, 350), QPoint(300, 300), QPoint(280, 120)}) {
+        xdotool({ QStringLiteral("mousedown"), QStringLiteral("1") });
+        for (const QPoint &step : { QPoint(600, 450), QPoint(500, 350), QPoint(300, 300), QPoint(280, 120) }) {
             pointerTo(step);
             QTest::qWait(120);
         }
@@ -188,7 +190,7 @@ private:
     // Lets go of the mouse; how the other application saw its drag end.
     QByteArray release()
     {
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         if (!QTest::qWaitFor([this] { return m_source.canReadLine(); }, 10000))
             return "<the drag did not end>";
         return m_source.readLine().trimmed();

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dragdrop/drop_actions.h"
 #include "dragdrop/unique_name.h"
-#include "tests/support/fake_pasteboard.h"
-#include "tests/support/recording_url_opener.h"
 #include "platform/dbus/device_sender.h"
 #include "platform/xdg/mail_composer.h"
+#include "tests/support/fake_pasteboard.h"
+#include "tests/support/recording_url_opener.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,12 +27,12 @@ namespace {
 
 DropPayload textPayload(const QString &text)
 {
-    return DropPayload{DropPayload::Kind::text, {}, {}, text, std::nullopt};
+    return DropPayload { DropPayload::Kind::text, {}, {}, text, std::nullopt };
 }
 
 DropPayload linkPayload(const QList<QUrl> &urls)
 {
-    return DropPayload{DropPayload::Kind::urls, {}, urls, std::nullopt, std::nullopt};
+    return DropPayload { DropPayload::Kind::urls, {}, urls, std::nullopt, std::nullopt };
 }
 
 DropPayload filePayload(const QStringList &paths)
@@ -40,14 +40,14 @@ DropPayload filePayload(const QStringList &paths)
     QList<QUrl> urls;
     for (const QString &path : paths)
         urls << QUrl::fromLocalFile(path);
-    return DropPayload{DropPayload::Kind::files, urls, {}, std::nullopt, std::nullopt};
+    return DropPayload { DropPayload::Kind::files, urls, {}, std::nullopt, std::nullopt };
 }
 
 DropPayload imagePayload()
 {
     QImage image(6, 3, QImage::Format_ARGB32);
     image.fill(Qt::green);
-    return DropPayload{DropPayload::Kind::image, {}, {}, std::nullopt, image};
+    return DropPayload { DropPayload::Kind::image, {}, {}, std::nullopt, image };
 }
 
 QByteArray contents(const QString &path)
@@ -133,7 +133,7 @@ private slots:
         QTemporaryDir downloads;
         for (int i = 0; i < 3; ++i)
             DropActions::save(textPayload(QStringLiteral("héllo %1").arg(i)), downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped-1.txt", "Dropped-2.txt", "Dropped.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped-1.txt", "Dropped-2.txt", "Dropped.txt" }));
         QCOMPARE(contents(downloads.filePath("Dropped.txt")), QByteArray("h\xc3\xa9llo 0"));
         QCOMPARE(contents(downloads.filePath("Dropped-2.txt")), QByteArray("h\xc3\xa9llo 2"));
     }
@@ -141,12 +141,12 @@ private slots:
     void savingTwoLinksWritesOneShortcutWithTheFirst()
     {
         QTemporaryDir downloads;
-        DropActions::save(linkPayload({QUrl(QStringLiteral("https://example.org/a b")),
-                                       QUrl(QStringLiteral("https://second.example/"))}),
-                          downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.url"}));
+        DropActions::save(linkPayload({ QUrl(QStringLiteral("https://example.org/a b")),
+                              QUrl(QStringLiteral("https://second.example/")) }),
+            downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped.url" }));
         QCOMPARE(contents(downloads.filePath("Dropped.url")),
-                 QByteArray("[InternetShortcut]\nURL=https://example.org/a%20b\n"));
+            QByteArray("[InternetShortcut]\nURL=https://example.org/a%20b\n"));
     }
 
     void savingAnImageWritesAPng()
@@ -154,7 +154,7 @@ private slots:
         QTemporaryDir downloads;
         DropActions::save(imagePayload(), downloads.path());
         DropActions::save(imagePayload(), downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped-1.png", "Dropped.png"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped-1.png", "Dropped.png" }));
         const QByteArray png = contents(downloads.filePath("Dropped.png"));
         QVERIFY(png.startsWith("\x89PNG"));
         QImage read;
@@ -169,8 +169,9 @@ private slots:
         writeFile(source.filePath("archive.tar.gz"), "gz");
         writeFile(downloads.filePath("notes"), "already here");
         writeFile(downloads.filePath("archive.tar.gz"), "older");
-        DropActions::save(filePayload({source.filePath("notes"), source.filePath("archive.tar.gz")}), downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"archive.tar-1.gz", "archive.tar.gz", "notes", "notes-1"}));
+        DropActions::save(
+            filePayload({ source.filePath("notes"), source.filePath("archive.tar.gz") }), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({ "archive.tar-1.gz", "archive.tar.gz", "notes", "notes-1" }));
         QCOMPARE(contents(downloads.filePath("notes")), QByteArray("already here"));
         QCOMPARE(contents(downloads.filePath("notes-1")), QByteArray("mine"));
         QCOMPARE(contents(downloads.filePath("archive.tar-1.gz")), QByteArray("gz"));
@@ -185,7 +186,7 @@ private slots:
         writeFile(source.filePath("project/README"), "read me");
         writeFile(source.filePath("project/src/deep/main.c"), "int main;");
         writeFile(source.filePath("project/.hidden"), "h");
-        DropActions::save(filePayload({source.filePath("project")}), downloads.path());
+        DropActions::save(filePayload({ source.filePath("project") }), downloads.path());
         QCOMPARE(contents(downloads.filePath("project/README")), QByteArray("read me"));
         QCOMPARE(contents(downloads.filePath("project/src/deep/main.c")), QByteArray("int main;"));
         QCOMPARE(contents(downloads.filePath("project/.hidden")), QByteArray("h"));
@@ -199,9 +200,9 @@ private slots:
         writeFile(source.filePath("Holiday photos/beach.jpg"), "sand");
         QVERIFY(QDir(downloads.path()).mkpath("Holiday photos"));
         const QUrl folder = QUrl::fromLocalFile(source.filePath("Holiday photos") + QLatin1Char('/'));
-        DropActions::save(DropPayload{DropPayload::Kind::files, {folder, folder}, {}, std::nullopt, std::nullopt},
-                          downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"Holiday photos", "Holiday photos-1", "Holiday photos-2"}));
+        DropActions::save(DropPayload { DropPayload::Kind::files, { folder, folder }, {}, std::nullopt, std::nullopt },
+            downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({ "Holiday photos", "Holiday photos-1", "Holiday photos-2" }));
         QVERIFY(entries(downloads.filePath("Holiday photos")).isEmpty());
         QCOMPARE(contents(downloads.filePath("Holiday photos-1/beach.jpg")), QByteArray("sand"));
         QCOMPARE(contents(downloads.filePath("Holiday photos-2/beach.jpg")), QByteArray("sand"));
@@ -217,8 +218,9 @@ private slots:
         writeFile(source.filePath("project/z.txt"), "last");
         QVERIFY(QFile::link(source.filePath("project/a.txt"), source.filePath("project/link")));
 
-        QVERIFY2(saveEnds(filePayload({source.filePath("project")}), downloads.path(), fifo), "save waited on a pipe");
-        QCOMPARE(entries(downloads.filePath("project")), QStringList({"a.txt", "link", "z.txt"}));
+        QVERIFY2(
+            saveEnds(filePayload({ source.filePath("project") }), downloads.path(), fifo), "save waited on a pipe");
+        QCOMPARE(entries(downloads.filePath("project")), QStringList({ "a.txt", "link", "z.txt" }));
         QCOMPARE(contents(downloads.filePath("project/z.txt")), QByteArray("last"));
         QCOMPARE(QFileInfo(downloads.filePath("project/link")).symLinkTarget(), source.filePath("project/a.txt"));
     }
@@ -228,8 +230,8 @@ private slots:
         QTemporaryDir source, downloads;
         const QString fifo = source.filePath("pipe");
         QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-        QVERIFY2(saveEnds(filePayload({fifo, QStringLiteral("/dev/null")}), downloads.path(), fifo),
-                 "save waited on a pipe");
+        QVERIFY2(saveEnds(filePayload({ fifo, QStringLiteral("/dev/null") }), downloads.path(), fifo),
+            "save waited on a pipe");
         QVERIFY(entries(downloads.path()).isEmpty());
     }
 
@@ -239,19 +241,19 @@ private slots:
         QVERIFY(QDir(home.path()).mkpath("Downloads"));
         writeFile(home.filePath("notes.txt"), "n");
         writeFile(home.filePath("Downloads/old.zip"), "z");
-        DropActions::save(filePayload({home.path()}), home.filePath("Downloads"));
+        DropActions::save(filePayload({ home.path() }), home.filePath("Downloads"));
         const QString copy = home.filePath("Downloads/" + QFileInfo(home.path()).fileName());
-        QCOMPARE(entries(copy), QStringList({"Downloads", "notes.txt"}));
-        QCOMPARE(entries(copy + "/Downloads"), QStringList({"old.zip"}));
-        QCOMPARE(entries(home.filePath("Downloads")), QStringList({"old.zip", QFileInfo(home.path()).fileName()}));
+        QCOMPARE(entries(copy), QStringList({ "Downloads", "notes.txt" }));
+        QCOMPARE(entries(copy + "/Downloads"), QStringList({ "old.zip" }));
+        QCOMPARE(entries(home.filePath("Downloads")), QStringList({ "old.zip", QFileInfo(home.path()).fileName() }));
     }
 
     void missingSourcesAreSkippedAndTheRestSaved()
     {
         QTemporaryDir source, downloads;
         writeFile(source.filePath("real.txt"), "real");
-        DropActions::save(filePayload({source.filePath("gone.txt"), source.filePath("real.txt")}), downloads.path());
-        QCOMPARE(entries(downloads.path()), QStringList({"real.txt"}));
+        DropActions::save(filePayload({ source.filePath("gone.txt"), source.filePath("real.txt") }), downloads.path());
+        QCOMPARE(entries(downloads.path()), QStringList({ "real.txt" }));
     }
 
     void missingDownloadsFolderIsNotCreated()
@@ -272,7 +274,7 @@ private slots:
         QFile::setPermissions(downloads.path(), QFile::ReadOwner | QFile::ExeOwner);
         DropActions::save(textPayload(QStringLiteral("new")), downloads.path());
         QFile::setPermissions(downloads.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped.txt" }));
         QCOMPARE(contents(downloads.filePath("Dropped.txt")), QByteArray("keep"));
     }
 
@@ -290,14 +292,14 @@ private slots:
         writeFile(source.filePath("comm"), "overwritten\n");
         QVERIFY(QDir(source.path()).mkpath("folder"));
         writeFile(source.filePath("folder/inside"), "x");
-        DropActions::save(filePayload({source.filePath("comm"), source.filePath("folder")}), downloads);
+        DropActions::save(filePayload({ source.filePath("comm"), source.filePath("folder") }), downloads);
         DropActions::save(textPayload(QStringLiteral("new")), downloads);
         DropActions::save(imagePayload(), downloads);
-        DropActions::save(linkPayload({QUrl(QStringLiteral("https://example.org/"))}), downloads);
+        DropActions::save(linkPayload({ QUrl(QStringLiteral("https://example.org/")) }), downloads);
 
         QVERIFY(comm.open(QIODevice::ReadOnly));
         QCOMPARE(comm.readAll(), name);
-        for (const char *made : {"comm-1", "folder", "Dropped.txt", "Dropped.png", "Dropped.url"})
+        for (const char *made : { "comm-1", "folder", "Dropped.txt", "Dropped.png", "Dropped.url" })
             QVERIFY2(!QFileInfo::exists(downloads + "/" + QLatin1String(made)), made);
     }
 
@@ -307,8 +309,8 @@ private slots:
         writeFile(home.filePath("Downloads"), "a file, not a folder");
         const QString downloads = home.filePath("Downloads/inner");
         DropActions::save(textPayload(QStringLiteral("new")), downloads);
-        DropActions::save(filePayload({home.filePath("Downloads")}), downloads);
-        QCOMPARE(entries(home.path()), QStringList({"Downloads"}));
+        DropActions::save(filePayload({ home.filePath("Downloads") }), downloads);
+        QCOMPARE(entries(home.path()), QStringList({ "Downloads" }));
         QCOMPARE(contents(home.filePath("Downloads")), QByteArray("a file, not a folder"));
     }
 
@@ -325,20 +327,20 @@ private slots:
     {
         FakePasteboard pasteboard;
         pasteboard.copyFromElsewhere(new QMimeData);
-        DropActions::copy(filePayload({"/tmp/a b.txt", "/tmp/c.png"}), pasteboard);
+        DropActions::copy(filePayload({ "/tmp/a b.txt", "/tmp/c.png" }), pasteboard);
         QCOMPARE(pasteboard.clears, 1);
-        QCOMPARE(pasteboard.types(), QStringList({"text/uri-list", "x-special/gnome-copied-files"}));
+        QCOMPARE(pasteboard.types(), QStringList({ "text/uri-list", "x-special/gnome-copied-files" }));
         QCOMPARE(pasteboard.contents()->urls(),
-                 QList<QUrl>({QUrl::fromLocalFile("/tmp/a b.txt"), QUrl::fromLocalFile("/tmp/c.png")}));
+            QList<QUrl>({ QUrl::fromLocalFile("/tmp/a b.txt"), QUrl::fromLocalFile("/tmp/c.png") }));
         QCOMPARE(pasteboard.data(QStringLiteral("x-special/gnome-copied-files")),
-                 QByteArray("copy\nfile:///tmp/a%20b.txt\nfile:///tmp/c.png"));
+            QByteArray("copy\nfile:///tmp/a%20b.txt\nfile:///tmp/c.png"));
     }
 
     void copyingLinksImageAndText()
     {
         FakePasteboard pasteboard;
-        DropActions::copy(linkPayload({QUrl(QStringLiteral("https://example.org/"))}), pasteboard);
-        QCOMPARE(pasteboard.contents()->urls(), QList<QUrl>({QUrl(QStringLiteral("https://example.org/"))}));
+        DropActions::copy(linkPayload({ QUrl(QStringLiteral("https://example.org/")) }), pasteboard);
+        QCOMPARE(pasteboard.contents()->urls(), QList<QUrl>({ QUrl(QStringLiteral("https://example.org/")) }));
         QCOMPARE(pasteboard.contents()->text(), QStringLiteral("https://example.org/"));
 
         DropActions::copy(imagePayload(), pasteboard);
@@ -378,7 +380,7 @@ private slots:
         auto *old = new QMimeData;
         old->setText(QStringLiteral("old"));
         pasteboard.copyFromElsewhere(old);
-        DropActions::copy(DropPayload{}, pasteboard);
+        DropActions::copy(DropPayload {}, pasteboard);
         QCOMPARE(pasteboard.clears, 1);
         QVERIFY(pasteboard.types().isEmpty());
     }
@@ -386,18 +388,18 @@ private slots:
     void openingFilesLinksAndAddresses()
     {
         RecordingUrlOpener opener;
-        DropActions::open(filePayload({"/tmp/one", "/tmp/two"}), opener);
-        QCOMPARE(opener.opened, QList<QUrl>({QUrl::fromLocalFile("/tmp/one"), QUrl::fromLocalFile("/tmp/two")}));
+        DropActions::open(filePayload({ "/tmp/one", "/tmp/two" }), opener);
+        QCOMPARE(opener.opened, QList<QUrl>({ QUrl::fromLocalFile("/tmp/one"), QUrl::fromLocalFile("/tmp/two") }));
 
         opener.opened.clear();
-        QVERIFY(DropActions::open(linkPayload({QUrl(QStringLiteral("https://a.example")),
-                                               QUrl(QStringLiteral("mailto:someone@example.org"))}),
-                                  opener));
+        QVERIFY(DropActions::open(linkPayload({ QUrl(QStringLiteral("https://a.example")),
+                                      QUrl(QStringLiteral("mailto:someone@example.org")) }),
+            opener));
         QCOMPARE(opener.opened.size(), 2);
 
         opener.opened.clear();
         DropActions::open(textPayload(QStringLiteral("https://example.org/path")), opener);
-        QCOMPARE(opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://example.org/path"))}));
+        QCOMPARE(opener.opened, QList<QUrl>({ QUrl(QStringLiteral("https://example.org/path")) }));
 
         opener.opened.clear();
         DropActions::open(textPayload(QStringLiteral("example.org/path")), opener);
@@ -409,28 +411,27 @@ private slots:
     void openRefusesEverySchemeButWebMailAndLocalFiles()
     {
         RecordingUrlOpener opener;
-        for (const char *refused : {"ftp://b.example/file", "foo-handler:do-something", "javascript:alert(1)",
-                                    "file://otherhost/x", "file:relative", "smb://server/share", "http:no-host"}) {
+        for (const char *refused : { "ftp://b.example/file", "foo-handler:do-something", "javascript:alert(1)",
+                 "file://otherhost/x", "file:relative", "smb://server/share", "http:no-host" }) {
             const QUrl url(QString::fromLatin1(refused));
             QVERIFY2(!DropActions::mayOpen(url), refused);
-            QVERIFY2(!DropActions::open(linkPayload({url}), opener), refused);
+            QVERIFY2(!DropActions::open(linkPayload({ url }), opener), refused);
             QVERIFY2(!DropActions::open(textPayload(QString::fromLatin1(refused)), opener), refused);
         }
         // One refused link among good ones: nothing is opened.
-        QVERIFY(!DropActions::open(linkPayload({QUrl(QStringLiteral("https://a.example")),
-                                                QUrl(QStringLiteral("foo:bar"))}),
-                                   opener));
-        QVERIFY(!DropActions::open(DropPayload{DropPayload::Kind::files, {QUrl(QStringLiteral("file://otherhost/x"))}, {},
-                                               std::nullopt, std::nullopt},
-                                   opener));
+        QVERIFY(!DropActions::open(
+            linkPayload({ QUrl(QStringLiteral("https://a.example")), QUrl(QStringLiteral("foo:bar")) }), opener));
+        QVERIFY(!DropActions::open(DropPayload { DropPayload::Kind::files,
+                                       { QUrl(QStringLiteral("file://otherhost/x")) }, {}, std::nullopt, std::nullopt },
+            opener));
         QVERIFY(opener.opened.isEmpty());
 
-        const QList<QUrl> allowed = {QUrl(QStringLiteral("http://example.org/")), QUrl(QStringLiteral("https://example.org/a")),
-                                     QUrl(QStringLiteral("mailto:me@example.org")), QUrl(QStringLiteral("HTTPS://EXAMPLE.ORG/")),
-                                     QUrl::fromLocalFile(QStringLiteral("/tmp/notes.txt"))};
+        const QList<QUrl> allowed = { QUrl(QStringLiteral("http://example.org/")),
+            QUrl(QStringLiteral("https://example.org/a")), QUrl(QStringLiteral("mailto:me@example.org")),
+            QUrl(QStringLiteral("HTTPS://EXAMPLE.ORG/")), QUrl::fromLocalFile(QStringLiteral("/tmp/notes.txt")) };
         for (const QUrl &url : allowed) {
             QVERIFY2(DropActions::mayOpen(url), qPrintable(url.toString()));
-            QVERIFY(DropActions::open(linkPayload({url}), opener));
+            QVERIFY(DropActions::open(linkPayload({ url }), opener));
         }
         QCOMPARE(opener.opened, allowed);
         QCOMPARE(DropActions::refusedToOpenText(), QStringLiteral("Can't open this kind of link."));
@@ -461,17 +462,17 @@ private slots:
         writeFile(odd, "odd");
         QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("photos")));
         const DropPayload payload = filePayload(
-            {report, folder.filePath(QStringLiteral("photos")), folder.filePath(QStringLiteral("gone.txt")), odd});
+            { report, folder.filePath(QStringLiteral("photos")), folder.filePath(QStringLiteral("gone.txt")), odd });
         // A folder or a file gone meanwhile cannot be attached; the others still are.
-        QCOMPARE(DropActions::mailDraft(payload), (MailDraft{{report, odd}, {}}));
+        QCOMPARE(DropActions::mailDraft(payload), (MailDraft { { report, odd }, {} }));
 
         RecordingMailComposer mail;
         FakePasteboard pasteboard;
         RecordingUrlOpener opener;
         QTemporaryDir downloads;
-        DropActions::Context context{pasteboard, opener, downloads.path(), &mail, nullptr};
+        DropActions::Context context { pasteboard, opener, downloads.path(), &mail, nullptr };
         DropActions::perform(DropAction::share, payload, context);
-        QCOMPARE(mail.drafts, QList<MailDraft>({MailDraft{{report, odd}, {}}}));
+        QCOMPARE(mail.drafts, QList<MailDraft>({ MailDraft { { report, odd }, {} } }));
         // Nothing else is touched.
         QCOMPARE(pasteboard.changeCount(), 0);
         QVERIFY(opener.opened.isEmpty());
@@ -480,11 +481,11 @@ private slots:
 
     void shareMailsLinksOneALineOrTheTextAsTheBody()
     {
-        QCOMPARE(DropActions::mailDraft(linkPayload({QUrl(QStringLiteral("https://example.org/a b")),
-                                                     QUrl(QStringLiteral("mailto:me@example.org"))})),
-                 (MailDraft{{}, QStringLiteral("https://example.org/a b\nmailto:me@example.org")}));
+        QCOMPARE(DropActions::mailDraft(linkPayload({ QUrl(QStringLiteral("https://example.org/a b")),
+                     QUrl(QStringLiteral("mailto:me@example.org")) })),
+            (MailDraft { {}, QStringLiteral("https://example.org/a b\nmailto:me@example.org") }));
         QCOMPARE(DropActions::mailDraft(textPayload(QStringLiteral("-- first\n<b>second</b>"))),
-                 (MailDraft{{}, QStringLiteral("-- first\n<b>second</b>")}));
+            (MailDraft { {}, QStringLiteral("-- first\n<b>second</b>") }));
     }
 
     void shareOfAnImageOrOfFoldersOnlyMailsNothing()
@@ -492,8 +493,8 @@ private slots:
         QTemporaryDir folder;
         RecordingMailComposer mail;
         QVERIFY(!DropActions::share(imagePayload(), mail));
-        QVERIFY(!DropActions::share(filePayload({folder.path()}), mail));
-        QVERIFY(!DropActions::share(DropPayload{}, mail));
+        QVERIFY(!DropActions::share(filePayload({ folder.path() }), mail));
+        QVERIFY(!DropActions::share(DropPayload {}, mail));
         QVERIFY(mail.drafts.isEmpty());
     }
 
@@ -502,10 +503,10 @@ private slots:
         FakePasteboard pasteboard;
         RecordingUrlOpener opener;
         QTemporaryDir downloads;
-        DropActions::Context context{pasteboard, opener, downloads.path()};
-        for (DropAction action : {DropAction::share, DropAction::airDrop}) {
+        DropActions::Context context { pasteboard, opener, downloads.path() };
+        for (DropAction action : { DropAction::share, DropAction::airDrop }) {
             DropActions::perform(action, textPayload(QStringLiteral("https://example.org")), context);
-            DropActions::perform(action, DropPayload{}, context);
+            DropActions::perform(action, DropPayload {}, context);
         }
         RecordingDeviceSender unreachable;
         unreachable.reachable = false;
@@ -521,35 +522,40 @@ private slots:
     {
         // Nothing a name or a text holds is read as an option: every value follows its
         // option as an argument of its own.
-        QCOMPARE(XdgMailComposer::arguments(MailDraft{{QStringLiteral("/tmp/a b.txt"), QStringLiteral("/tmp/--body x")}, {}}),
-                 QStringList({"--utf8", "--attach", "/tmp/a b.txt", "--attach", "/tmp/--body x"}));
-        QCOMPARE(XdgMailComposer::arguments(MailDraft{{}, QStringLiteral("--attach /etc/passwd\n$(id)")}),
-                 QStringList({"--utf8", "--body", "--attach /etc/passwd\n$(id)"}));
+        QCOMPARE(XdgMailComposer::arguments(
+                     MailDraft { { QStringLiteral("/tmp/a b.txt"), QStringLiteral("/tmp/--body x") }, {} }),
+            QStringList({ "--utf8", "--attach", "/tmp/a b.txt", "--attach", "/tmp/--body x" }));
+        QCOMPARE(XdgMailComposer::arguments(MailDraft { {}, QStringLiteral("--attach /etc/passwd\n$(id)") }),
+            QStringList({ "--utf8", "--body", "--attach /etc/passwd\n$(id)" }));
         XdgMailComposer real;
-        QVERIFY(!real.compose(MailDraft{})); // an empty mail is never started
+        QVERIFY(!real.compose(MailDraft {})); // an empty mail is never started
     }
 
     void sendToDeviceSendsFilesLinksOrText()
     {
         QTemporaryDir folder;
         const QString report = folder.filePath(QStringLiteral("report 1.pdf"));
-        QCOMPARE(DropActions::deviceShare(filePayload({report})),
-                 (DeviceShare{{QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded)}, {}}));
-        QVERIFY(DropActions::deviceShare(filePayload({report})).urls.constFirst().endsWith(QStringLiteral("report%201.pdf")));
-        QCOMPARE(DropActions::deviceShare(linkPayload({QUrl(QStringLiteral("https://example.org/a")),
-                                                       QUrl(QStringLiteral("https://example.org/b"))})),
-                 (DeviceShare{{"https://example.org/a", "https://example.org/b"}, {}}));
-        QCOMPARE(DropActions::deviceShare(textPayload(QStringLiteral("hello"))), (DeviceShare{{}, QStringLiteral("hello")}));
+        QCOMPARE(DropActions::deviceShare(filePayload({ report })),
+            (DeviceShare { { QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded) }, {} }));
+        QVERIFY(DropActions::deviceShare(filePayload({ report }))
+                    .urls.constFirst()
+                    .endsWith(QStringLiteral("report%201.pdf")));
+        QCOMPARE(DropActions::deviceShare(linkPayload(
+                     { QUrl(QStringLiteral("https://example.org/a")), QUrl(QStringLiteral("https://example.org/b")) })),
+            (DeviceShare { { "https://example.org/a", "https://example.org/b" }, {} }));
+        QCOMPARE(DropActions::deviceShare(textPayload(QStringLiteral("hello"))),
+            (DeviceShare { {}, QStringLiteral("hello") }));
         QVERIFY(DropActions::deviceShare(imagePayload()).isEmpty());
 
         RecordingDeviceSender phone;
         FakePasteboard pasteboard;
         RecordingUrlOpener opener;
         QTemporaryDir downloads;
-        DropActions::Context context{pasteboard, opener, downloads.path(), nullptr, &phone};
-        DropActions::perform(DropAction::airDrop, filePayload({report}), context);
+        DropActions::Context context { pasteboard, opener, downloads.path(), nullptr, &phone };
+        DropActions::perform(DropAction::airDrop, filePayload({ report }), context);
         DropActions::perform(DropAction::airDrop, imagePayload(), context);
-        QCOMPARE(phone.sent, QList<DeviceShare>({DeviceShare{{QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded)}, {}}}));
+        QCOMPARE(phone.sent,
+            QList<DeviceShare>({ DeviceShare { { QUrl::fromLocalFile(report).toString(QUrl::FullyEncoded) }, {} } }));
     }
 
     void performDispatches()
@@ -557,13 +563,13 @@ private slots:
         FakePasteboard pasteboard;
         RecordingUrlOpener opener;
         QTemporaryDir downloads;
-        DropActions::Context context{pasteboard, opener, downloads.path()};
+        DropActions::Context context { pasteboard, opener, downloads.path() };
         const DropPayload payload = textPayload(QStringLiteral("https://example.org"));
         DropActions::perform(DropAction::copy, payload, context);
         DropActions::perform(DropAction::save, payload, context);
         DropActions::perform(DropAction::open, payload, context);
         QCOMPARE(pasteboard.contents()->text(), QStringLiteral("https://example.org"));
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped.txt" }));
         QCOMPARE(opener.opened.size(), 1);
     }
 };

@@ -5,15 +5,14 @@
 #include "platform/clipboard/qt_pasteboard.h"
 #include "tests/support/x11_tools.h"
 
-#include <QProcess>
 #include <QMimeData>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
-
 
 class TestDropCopyX11 : public QObject
 {
@@ -24,30 +23,31 @@ private slots:
     {
         QtPasteboard pasteboard;
         QVERIFY(pasteboard.announcesChanges());
-        const DropPayload payload{DropPayload::Kind::files,
-                                  {QUrl::fromLocalFile("/tmp/one file.txt"), QUrl::fromLocalFile("/tmp/two.png")},
-                                  {},
-                                  std::nullopt,
-                                  std::nullopt};
+        const DropPayload payload { DropPayload::Kind::files,
+            { QUrl::fromLocalFile("/tmp/one file.txt"), QUrl::fromLocalFile("/tmp/two.png") }, {}, std::nullopt,
+            std::nullopt };
         DropActions::copy(payload, pasteboard);
         const QByteArray targets = pasteElsewhere(QStringLiteral("TARGETS"));
         QVERIFY2(targets.contains("text/uri-list"), targets.constData());
         QVERIFY2(targets.contains("x-special/gnome-copied-files"), targets.constData());
         QCOMPARE(pasteElsewhere(QStringLiteral("text/uri-list")),
-                 QByteArray("file:///tmp/one%20file.txt\r\nfile:///tmp/two.png\r\n"));
+            QByteArray("file:///tmp/one%20file.txt\r\nfile:///tmp/two.png\r\n"));
         QCOMPARE(pasteElsewhere(QStringLiteral("x-special/gnome-copied-files")),
-                 QByteArray("copy\nfile:///tmp/one%20file.txt\nfile:///tmp/two.png"));
+            QByteArray("copy\nfile:///tmp/one%20file.txt\nfile:///tmp/two.png"));
     }
 
     void textAndImageReachOtherApplications()
     {
         QtPasteboard pasteboard;
-        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("grüße"), std::nullopt}, pasteboard);
-        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("gr\xc3\xbc\xc3\x9f" "e"));
+        DropActions::copy(
+            DropPayload { DropPayload::Kind::text, {}, {}, QStringLiteral("grüße"), std::nullopt }, pasteboard);
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")),
+            QByteArray("gr\xc3\xbc\xc3\x9f"
+                       "e"));
 
         QImage image(5, 7, QImage::Format_ARGB32);
         image.fill(Qt::magenta);
-        DropActions::copy(DropPayload{DropPayload::Kind::image, {}, {}, std::nullopt, image}, pasteboard);
+        DropActions::copy(DropPayload { DropPayload::Kind::image, {}, {}, std::nullopt, image }, pasteboard);
         QImage pasted;
         QVERIFY(pasted.loadFromData(pasteElsewhere(QStringLiteral("image/png")), "PNG"));
         QCOMPARE(pasted.size(), QSize(5, 7));
@@ -57,24 +57,24 @@ private slots:
     void linksArePastedAsALinkList()
     {
         QtPasteboard pasteboard;
-        DropActions::copy(DropPayload{DropPayload::Kind::urls,
-                                      {},
-                                      {QUrl(QStringLiteral("https://example.org/a b")), QUrl(QStringLiteral("mailto:x@example.org"))},
-                                      std::nullopt,
-                                      std::nullopt},
-                          pasteboard);
+        DropActions::copy(
+            DropPayload { DropPayload::Kind::urls, {},
+                { QUrl(QStringLiteral("https://example.org/a b")), QUrl(QStringLiteral("mailto:x@example.org")) },
+                std::nullopt, std::nullopt },
+            pasteboard);
         QCOMPARE(pasteElsewhere(QStringLiteral("text/uri-list")),
-                 QByteArray("https://example.org/a%20b\r\nmailto:x@example.org\r\n"));
-        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")),
-                 QByteArray("https://example.org/a b\nmailto:x@example.org"));
+            QByteArray("https://example.org/a%20b\r\nmailto:x@example.org\r\n"));
+        QCOMPARE(
+            pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("https://example.org/a b\nmailto:x@example.org"));
     }
 
     void copyingNothingAfterSomeTextLeavesTheClipboardEmpty()
     {
         QtPasteboard pasteboard;
-        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("before"), std::nullopt}, pasteboard);
+        DropActions::copy(
+            DropPayload { DropPayload::Kind::text, {}, {}, QStringLiteral("before"), std::nullopt }, pasteboard);
         QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("before"));
-        DropActions::copy(DropPayload{}, pasteboard);
+        DropActions::copy(DropPayload {}, pasteboard);
         QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray());
         QCOMPARE(pasteElsewhere(QStringLiteral("TARGETS")), QByteArray());
     }
@@ -82,23 +82,25 @@ private slots:
     void twoFilesOfferTheirUrlsAndNothingElse()
     {
         QtPasteboard pasteboard;
-        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("stray"), std::nullopt}, pasteboard);
-        const DropPayload payload{DropPayload::Kind::files,
-                                  {QUrl::fromLocalFile("/tmp/picture.png"), QUrl::fromLocalFile("/tmp/notes.txt")},
-                                  {},
-                                  std::nullopt,
-                                  std::nullopt};
+        DropActions::copy(
+            DropPayload { DropPayload::Kind::text, {}, {}, QStringLiteral("stray"), std::nullopt }, pasteboard);
+        const DropPayload payload { DropPayload::Kind::files,
+            { QUrl::fromLocalFile("/tmp/picture.png"), QUrl::fromLocalFile("/tmp/notes.txt") }, {}, std::nullopt,
+            std::nullopt };
         DropActions::copy(payload, pasteboard);
-        QStringList targets = QString::fromLatin1(pasteElsewhere(QStringLiteral("TARGETS"))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QStringList targets = QString::fromLatin1(pasteElsewhere(QStringLiteral("TARGETS")))
+                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         targets.sort();
         // The link list, the forms X offers a link list in, and the file managers' list;
         // the rest is the selection protocol's own.
-        QCOMPARE(targets, QStringList({"MULTIPLE", "SAVE_TARGETS", "TARGETS", "TIMESTAMP", "text/plain", "text/uri-list",
-                                       "text/x-moz-url", "x-special/gnome-copied-files"}));
+        QCOMPARE(targets,
+            QStringList({ "MULTIPLE", "SAVE_TARGETS", "TARGETS", "TIMESTAMP", "text/plain", "text/uri-list",
+                "text/x-moz-url", "x-special/gnome-copied-files" }));
         QCOMPARE(pasteElsewhere(QStringLiteral("text/uri-list")),
-                 QByteArray("file:///tmp/picture.png\r\nfile:///tmp/notes.txt\r\n"));
+            QByteArray("file:///tmp/picture.png\r\nfile:///tmp/notes.txt\r\n"));
         // Text pasted elsewhere is the files' addresses, not what was copied before.
-        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("file:///tmp/picture.png\nfile:///tmp/notes.txt\n"));
+        QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")),
+            QByteArray("file:///tmp/picture.png\nfile:///tmp/notes.txt\n"));
         QCOMPARE(pasteElsewhere(QStringLiteral("image/png")), QByteArray());
     }
 
@@ -107,7 +109,8 @@ private slots:
         QtPasteboard pasteboard;
         const qint64 before = pasteboard.changeCount();
         QSignalSpy changed(&pasteboard, &Pasteboard::changed);
-        DropActions::copy(DropPayload{DropPayload::Kind::text, {}, {}, QStringLiteral("x"), std::nullopt}, pasteboard);
+        DropActions::copy(
+            DropPayload { DropPayload::Kind::text, {}, {}, QStringLiteral("x"), std::nullopt }, pasteboard);
         QTRY_VERIFY(pasteboard.changeCount() > before);
         QVERIFY(changed.count() >= 1);
     }

@@ -42,46 +42,46 @@ private slots:
     void twoFilesInOrder()
     {
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile("/home/a/report.pdf"), QUrl::fromLocalFile("/home/a/notes.txt")});
+        data.setUrls({ QUrl::fromLocalFile("/home/a/report.pdf"), QUrl::fromLocalFile("/home/a/notes.txt") });
         data.setText(QStringLiteral("ignored"));
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
         QCOMPARE(payload->kind, DropPayload::Kind::files);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/report.pdf"),
-                                                 QUrl::fromLocalFile("/home/a/notes.txt")}));
+        QCOMPARE(payload->fileURLs,
+            QList<QUrl>({ QUrl::fromLocalFile("/home/a/report.pdf"), QUrl::fromLocalFile("/home/a/notes.txt") }));
         QVERIFY(payload->urls.isEmpty());
         QVERIFY(!payload->text);
         QCOMPARE(payload->summary(), QStringLiteral("2 files"));
-        QCOMPARE(payload->shareItems(), QVariantList({QUrl::fromLocalFile("/home/a/report.pdf"),
-                                                      QUrl::fromLocalFile("/home/a/notes.txt")}));
+        QCOMPARE(payload->shareItems(),
+            QVariantList({ QUrl::fromLocalFile("/home/a/report.pdf"), QUrl::fromLocalFile("/home/a/notes.txt") }));
     }
 
     void oneFileIsSummarisedByItsName()
     {
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile("/tmp/report.pdf")});
+        data.setUrls({ QUrl::fromLocalFile("/tmp/report.pdf") });
         QCOMPARE(DropPayload::from(data)->summary(), QStringLiteral("report.pdf"));
     }
 
     void filesWinOverLinksInTheSameList()
     {
         QMimeData data;
-        data.setUrls({QUrl(QStringLiteral("https://example.org/")), QUrl::fromLocalFile("/tmp/a.txt")});
+        data.setUrls({ QUrl(QStringLiteral("https://example.org/")), QUrl::fromLocalFile("/tmp/a.txt") });
         const auto payload = DropPayload::from(data);
         QCOMPARE(payload->kind, DropPayload::Kind::files);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/tmp/a.txt")}));
+        QCOMPARE(payload->fileURLs, QList<QUrl>({ QUrl::fromLocalFile("/tmp/a.txt") }));
     }
 
     void browserLinkIsSummarisedByItsHost()
     {
         QMimeData data;
-        data.setUrls({QUrl(QStringLiteral("https://www.example.org/page?q=1"))});
+        data.setUrls({ QUrl(QStringLiteral("https://www.example.org/page?q=1")) });
         data.setText(QStringLiteral("https://www.example.org/page?q=1"));
         const auto payload = DropPayload::from(data);
         QCOMPARE(payload->kind, DropPayload::Kind::urls);
-        QCOMPARE(payload->urls, QList<QUrl>({QUrl(QStringLiteral("https://www.example.org/page?q=1"))}));
+        QCOMPARE(payload->urls, QList<QUrl>({ QUrl(QStringLiteral("https://www.example.org/page?q=1")) }));
         QCOMPARE(payload->summary(), QStringLiteral("www.example.org"));
-        QCOMPARE(payload->shareItems(), QVariantList({QUrl(QStringLiteral("https://www.example.org/page?q=1"))}));
+        QCOMPARE(payload->shareItems(), QVariantList({ QUrl(QStringLiteral("https://www.example.org/page?q=1")) }));
     }
 
     void browserOnlyLinkFormatIsRead()
@@ -97,7 +97,7 @@ private slots:
     void linkWithoutHostShowsDrop()
     {
         QMimeData data;
-        data.setUrls({QUrl(QStringLiteral("mailto:someone@example.org"))});
+        data.setUrls({ QUrl(QStringLiteral("mailto:someone@example.org")) });
         const auto payload = DropPayload::from(data);
         QCOMPARE(payload->kind, DropPayload::Kind::urls);
         QCOMPARE(payload->summary(), QStringLiteral("Drop"));
@@ -106,13 +106,13 @@ private slots:
     void copiedFilesListOfTwoPathsGivesFiles()
     {
         QMimeData data;
-        data.setData(QStringLiteral("x-special/gnome-copied-files"),
-                     "copy\nfile:///home/a/one.png\n/home/a/two words.txt");
+        data.setData(
+            QStringLiteral("x-special/gnome-copied-files"), "copy\nfile:///home/a/one.png\n/home/a/two words.txt");
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
         QCOMPARE(payload->kind, DropPayload::Kind::files);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png"),
-                                                 QUrl::fromLocalFile("/home/a/two words.txt")}));
+        QCOMPARE(payload->fileURLs,
+            QList<QUrl>({ QUrl::fromLocalFile("/home/a/one.png"), QUrl::fromLocalFile("/home/a/two words.txt") }));
     }
 
     void imageWinsOverTextAndIsSummarisedAsImage()
@@ -175,17 +175,17 @@ private slots:
         const auto payload = DropPayload::from(data);
         QCOMPARE(payload->kind, DropPayload::Kind::text);
         QCOMPARE(payload->summary(), QStringLiteral("Meeting at 10, room 4"));
-        QCOMPARE(payload->shareItems(), QVariantList({QStringLiteral("Meeting at 10, room 4")}));
+        QCOMPARE(payload->shareItems(), QVariantList({ QStringLiteral("Meeting at 10, room 4") }));
     }
 
     void brokenUriListsKeepTheGoodEntries()
     {
         QMimeData data;
         data.setData(QStringLiteral("text/uri-list"),
-                     "# a comment\r\nnot a url at all\r\nhttp://[broken\r\n\r\nfile:///tmp/ok.txt\r\n\xff\xfe");
+            "# a comment\r\nnot a url at all\r\nhttp://[broken\r\n\r\nfile:///tmp/ok.txt\r\n\xff\xfe");
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/tmp/ok.txt")}));
+        QCOMPARE(payload->fileURLs, QList<QUrl>({ QUrl::fromLocalFile("/tmp/ok.txt") }));
 
         QMimeData garbage;
         static const char garbageBytes[] = "\x00\x01\x02 % %% http://";
@@ -199,8 +199,8 @@ private slots:
 
     void brokenUriListAloneIsNotText()
     {
-        for (const QByteArray &list : {QByteArray("not a url at all"), QByteArray("not a url at all\r\n"),
-                                       QByteArray("# comment"), QByteArray("# comment\r\nnot a url at all\r\n")}) {
+        for (const QByteArray &list : { QByteArray("not a url at all"), QByteArray("not a url at all\r\n"),
+                 QByteArray("# comment"), QByteArray("# comment\r\nnot a url at all\r\n") }) {
             QMimeData data;
             data.setData(QStringLiteral("text/uri-list"), list);
             QCOMPARE(DropPayload::from(data), std::nullopt);
@@ -210,7 +210,9 @@ private slots:
     void textComesFromThePlainTextTypesUtf8First()
     {
         QMimeData both;
-        both.setData(QStringLiteral("text/plain;charset=utf-8"), "gr\xc3\xbc\xc3\x9f" "e");
+        both.setData(QStringLiteral("text/plain;charset=utf-8"),
+            "gr\xc3\xbc\xc3\x9f"
+            "e");
         both.setData(QStringLiteral("text/plain"), "other");
         QCOMPARE(*DropPayload::from(both)->text, QStringLiteral("grüße"));
 
@@ -231,12 +233,12 @@ private slots:
     {
         QMimeData bare;
         bare.setData(QStringLiteral("x-special/gnome-copied-files"), "file:///home/a/one.png\n/home/a/two.txt");
-        QCOMPARE(DropPayload::from(bare)->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png"),
-                                                                 QUrl::fromLocalFile("/home/a/two.txt")}));
+        QCOMPARE(DropPayload::from(bare)->fileURLs,
+            QList<QUrl>({ QUrl::fromLocalFile("/home/a/one.png"), QUrl::fromLocalFile("/home/a/two.txt") }));
 
         QMimeData cut;
         cut.setData(QStringLiteral("x-special/gnome-copied-files"), "cut\nfile:///home/a/one.png\n");
-        QCOMPARE(DropPayload::from(cut)->fileURLs, QList<QUrl>({QUrl::fromLocalFile("/home/a/one.png")}));
+        QCOMPARE(DropPayload::from(cut)->fileURLs, QList<QUrl>({ QUrl::fromLocalFile("/home/a/one.png") }));
 
         QMimeData onlyTheWord;
         onlyTheWord.setData(QStringLiteral("x-special/gnome-copied-files"), "copy");
@@ -274,7 +276,8 @@ private slots:
         QCOMPARE(types.at(1), QStringLiteral("text/x-moz-url"));
         QCOMPARE(types.at(2), QStringLiteral("text/plain"));
         QVERIFY(types.indexOf(QStringLiteral("image/png")) < types.indexOf(QStringLiteral("image/tiff")));
-        QVERIFY(types.indexOf(QStringLiteral("image/tiff")) < types.indexOf(QStringLiteral("x-special/gnome-copied-files")));
+        QVERIFY(types.indexOf(QStringLiteral("image/tiff"))
+            < types.indexOf(QStringLiteral("x-special/gnome-copied-files")));
         QCOMPARE(types.last(), QStringLiteral("_NETSCAPE_URL"));
     }
 
@@ -290,7 +293,7 @@ private slots:
         mixed.setData(QStringLiteral("text/uri-list"), "file:.\r\nfile:///tmp/real.txt\r\nfile:..\r\n");
         const auto files = DropPayload::from(mixed);
         QVERIFY(files);
-        QCOMPARE(files->fileURLs, QList<QUrl>({QUrl(QStringLiteral("file:///tmp/real.txt"))}));
+        QCOMPARE(files->fileURLs, QList<QUrl>({ QUrl(QStringLiteral("file:///tmp/real.txt")) }));
 
         // Only relative entries: the reading goes on to what else the drag carries.
         QMimeData withText;
@@ -305,10 +308,11 @@ private slots:
     void fileUrisOnAnotherHostAreNeitherFilesNorLinks()
     {
         QMimeData data;
-        data.setData(QStringLiteral("text/uri-list"), "file://otherhost/etc/passwd\r\nfile://localhost/tmp/here.txt\r\n");
+        data.setData(
+            QStringLiteral("text/uri-list"), "file://otherhost/etc/passwd\r\nfile://localhost/tmp/here.txt\r\n");
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl(QStringLiteral("file:///tmp/here.txt"))}));
+        QCOMPARE(payload->fileURLs, QList<QUrl>({ QUrl(QStringLiteral("file:///tmp/here.txt")) }));
         QVERIFY(payload->urls.isEmpty());
 
         QMimeData remoteOnly;
@@ -320,11 +324,12 @@ private slots:
     {
         QMimeData data;
         data.setData(QStringLiteral("x-special/gnome-copied-files"),
-                     "copy\nfile:.\nfile:..\nfile://otherhost/x\nfile:///home/me/kept.txt\n/home/me/path.txt");
+            "copy\nfile:.\nfile:..\nfile://otherhost/x\nfile:///home/me/kept.txt\n/home/me/path.txt");
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
-        QCOMPARE(payload->fileURLs, QList<QUrl>({QUrl::fromLocalFile(QStringLiteral("/home/me/kept.txt")),
-                                                 QUrl::fromLocalFile(QStringLiteral("/home/me/path.txt"))}));
+        QCOMPARE(payload->fileURLs,
+            QList<QUrl>({ QUrl::fromLocalFile(QStringLiteral("/home/me/kept.txt")),
+                QUrl::fromLocalFile(QStringLiteral("/home/me/path.txt")) }));
 
         QMimeData relativeOnly;
         relativeOnly.setData(QStringLiteral("x-special/gnome-copied-files"), "copy\nfile:.\n");
@@ -400,7 +405,7 @@ private slots:
     {
         // Two, three and four bytes a character: the summary reads only the start of
         // the bytes, and still shows exactly what the whole text would.
-        const QStringList letters = {QStringLiteral("é"), QStringLiteral("€"), QString::fromUtf8("\xF0\x9F\x98\x80")};
+        const QStringList letters = { QStringLiteral("é"), QStringLiteral("€"), QString::fromUtf8("\xF0\x9F\x98\x80") };
         for (const QString &letter : letters) {
             const QString text = letter.repeated(100000);
             QMimeData data;
@@ -439,10 +444,11 @@ private slots:
 
     void fileNameOfFourThousandCharactersKeepsItsStartAndExtension()
     {
-        const QString name = QStringLiteral("Quarterly report ") + QString(3979, QLatin1Char('z')) + QStringLiteral(".pdf");
+        const QString name
+            = QStringLiteral("Quarterly report ") + QString(3979, QLatin1Char('z')) + QStringLiteral(".pdf");
         QCOMPARE(name.size(), 4000);
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/") + name)});
+        data.setUrls({ QUrl::fromLocalFile(QStringLiteral("/tmp/") + name) });
         const auto payload = DropPayload::from(data);
         QVERIFY(payload);
         QCOMPARE(fileName(payload->fileURLs.constFirst()), name); // the file itself is named in full
@@ -467,7 +473,8 @@ private slots:
     void dragOfOnlyAnUnreadableTypeIsNothing()
     {
         QMimeData data;
-        data.setData(QStringLiteral("application/x-qt-windows-mime;value=\"FileGroupDescriptorW\""), QByteArray(4096, '\0'));
+        data.setData(
+            QStringLiteral("application/x-qt-windows-mime;value=\"FileGroupDescriptorW\""), QByteArray(4096, '\0'));
         data.setData(QStringLiteral("application/octet-stream"), QByteArray(1 << 20, '\xff'));
         QVERIFY(!DropPayload::offersRegisteredType(data));
         QCOMPARE(DropPayload::from(data), std::nullopt);
@@ -488,10 +495,11 @@ private slots:
             symbols << systemImage(action);
             QCOMPARE(dropActionFromRaw(rawValue(action)), action);
         }
-        QCOMPARE(raws, QStringList({"copy", "save", "share", "open", "airDrop"}));
-        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open", "Send to Device"}));
-        QCOMPARE(symbols, QStringList({"doc.on.doc", "arrow.down.to.line", "square.and.arrow.up", "arrow.up.forward",
-                                       "dot.radiowaves.left.and.right"}));
+        QCOMPARE(raws, QStringList({ "copy", "save", "share", "open", "airDrop" }));
+        QCOMPARE(titles, QStringList({ "Copy", "Save", "Share", "Open", "Send to Device" }));
+        QCOMPARE(symbols,
+            QStringList({ "doc.on.doc", "arrow.down.to.line", "square.and.arrow.up", "arrow.up.forward",
+                "dot.radiowaves.left.and.right" }));
         QCOMPARE(dropActionFromRaw(QStringLiteral("Copy")), std::nullopt);
     }
 };

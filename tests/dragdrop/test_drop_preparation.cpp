@@ -49,7 +49,7 @@ private slots:
         QVERIFY(!DropPreparation::isSlow(DropAction::share, body));
         DropPayload files;
         files.kind = DropPayload::Kind::files;
-        files.fileURLs = {QUrl::fromLocalFile(QStringLiteral("/tmp/a"))};
+        files.fileURLs = { QUrl::fromLocalFile(QStringLiteral("/tmp/a")) };
         QVERIFY(!DropPreparation::isSlow(DropAction::share, files));
     }
 
@@ -68,7 +68,8 @@ private slots:
         QCOMPARE(file.readAll(), text);
         // A mail still open with the first keeps it: the next goes beside it.
         const DropPayload second = DropPreparation::prepare(DropAction::share, droppedText("other " + text), folder);
-        QCOMPARE(QFileInfo(second.fileURLs.constFirst().toLocalFile()).fileName(), QStringLiteral("Dropped text-1.txt"));
+        QCOMPARE(
+            QFileInfo(second.fileURLs.constFirst().toLocalFile()).fileName(), QStringLiteral("Dropped text-1.txt"));
         QCOMPARE(QFileInfo(path).size(), text.size());
     }
 
@@ -78,8 +79,8 @@ private slots:
         QFile blocker(cache.filePath(QStringLiteral("Shared")));
         QVERIFY(blocker.open(QIODevice::WriteOnly)); // a file where the folder would go
         blocker.close();
-        const DropPayload prepared =
-            DropPreparation::prepare(DropAction::share, droppedText(longText()), cache.filePath(QStringLiteral("Shared")));
+        const DropPayload prepared = DropPreparation::prepare(
+            DropAction::share, droppedText(longText()), cache.filePath(QStringLiteral("Shared")));
         QVERIFY(prepared.fileURLs.isEmpty());
         QVERIFY(!prepared.text);
     }

@@ -8,9 +8,9 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QMimeData>
-#include <QEventLoop>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,12 +30,12 @@ DropPayload filePayload(const QStringList &paths)
     QList<QUrl> urls;
     for (const QString &path : paths)
         urls << QUrl::fromLocalFile(path);
-    return DropPayload{DropPayload::Kind::files, urls, {}, std::nullopt, std::nullopt};
+    return DropPayload { DropPayload::Kind::files, urls, {}, std::nullopt, std::nullopt };
 }
 
 DropPayload textPayload(const QString &text)
 {
-    return DropPayload{DropPayload::Kind::text, {}, {}, text, std::nullopt};
+    return DropPayload { DropPayload::Kind::text, {}, {}, text, std::nullopt };
 }
 
 QStringList entries(const QString &folder)
@@ -95,7 +95,7 @@ public:
     bool active() const { return m_active; }
 
 private:
-    rlimit m_before{};
+    rlimit m_before {};
     bool m_active = false;
 };
 
@@ -123,7 +123,7 @@ private slots:
             longestGap = std::max(longestGap, sinceTick.restart());
         });
 
-        DropSaveJob job(filePayload({source.filePath("disk image.iso")}), downloads.path());
+        DropSaveJob job(filePayload({ source.filePath("disk image.iso") }), downloads.path());
         QSignalSpy progressed(&job, &DropSaveJob::progressed);
         QSignalSpy finished(&job, &DropSaveJob::finished);
         QElapsedTimer took;
@@ -133,8 +133,8 @@ private slots:
         job.start();
         QVERIFY(finished.wait(120000));
         tick.stop();
-        qInfo("200 MiB saved in %lld ms; the event loop ticked %d times, longest gap %lld ms",
-              took.elapsed(), ticksWhileSaving, longestGap);
+        qInfo("200 MiB saved in %lld ms; the event loop ticked %d times, longest gap %lld ms", took.elapsed(),
+            ticksWhileSaving, longestGap);
 
         QCOMPARE(finished.first().first().value<SaveOutcome>(), SaveOutcome::saved);
         QVERIFY2(ticksWhileSaving >= 2, "the event loop stood still during the save");
@@ -143,7 +143,7 @@ private slots:
         QCOMPARE(progressed.last().at(1).toLongLong(), size);
         for (const QList<QVariant> &report : std::as_const(progressed))
             QVERIFY(report.at(0).toLongLong() <= report.at(1).toLongLong());
-        QCOMPARE(entries(downloads.path()), QStringList({"disk image.iso"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "disk image.iso" }));
         QVERIFY(sameBytes(source.filePath("disk image.iso"), downloads.filePath("disk image.iso")));
     }
 
@@ -153,14 +153,14 @@ private slots:
         makeLargeFile(source.filePath("big.bin"), 200 * MiB);
         writeFile(downloads.filePath("big.bin"), "already here");
 
-        DropSaveJob job(filePayload({source.filePath("big.bin")}), downloads.path());
+        DropSaveJob job(filePayload({ source.filePath("big.bin") }), downloads.path());
         QSignalSpy finished(&job, &DropSaveJob::finished);
         connect(&job, &DropSaveJob::progressed, &job, &DropSaveJob::cancel);
         job.start();
         QVERIFY(finished.wait(120000));
         QCOMPARE(finished.first().first().value<SaveOutcome>(), SaveOutcome::cancelled);
         // Neither big-1.bin nor a temporary; what was there is untouched.
-        QCOMPARE(entries(downloads.path()), QStringList({"big.bin"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "big.bin" }));
         QFile kept(downloads.filePath("big.bin"));
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), QByteArray("already here"));
@@ -185,7 +185,7 @@ private slots:
                 saves.cancel();
             }
         });
-        saves.save(filePayload({source.filePath("project")}));
+        saves.save(filePayload({ source.filePath("project") }));
         QVERIFY(saves.saving());
         QVERIFY(finished.wait(60000));
         QVERIFY(cancelled);
@@ -210,7 +210,7 @@ private slots:
         saves.save(*payload);
         QVERIFY(finished.wait(60000));
         QVERIFY(!payload->text.isDecoded());
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped.txt" }));
         QFile saved(downloads.filePath("Dropped.txt"));
         QVERIFY(saved.open(QIODevice::ReadOnly));
         QCOMPARE(saved.size(), text.size());
@@ -227,7 +227,7 @@ private slots:
         QCOMPARE(saves.statusText(), QStringLiteral("Saving… 0 %"));
         QTRY_COMPARE(finished.count(), 2);
         QVERIFY(!saves.saving());
-        QCOMPARE(entries(downloads.path()), QStringList({"Dropped-1.txt", "Dropped.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "Dropped-1.txt", "Dropped.txt" }));
         QFile first(downloads.filePath("Dropped.txt"));
         QVERIFY(first.open(QIODevice::ReadOnly));
         QCOMPARE(first.readAll(), QByteArray("first"));
@@ -246,7 +246,7 @@ private slots:
                     underway.quit();
             });
             QTimer::singleShot(60000, &underway, &QEventLoop::quit);
-            saves.save(filePayload({source.filePath("big.bin")}));
+            saves.save(filePayload({ source.filePath("big.bin") }));
             underway.exec();
             QVERIFY(saves.fraction() > 0);
         }
@@ -257,7 +257,8 @@ private slots:
     {
         // Files under /proc say they are empty and still have something to read.
         QTemporaryDir downloads;
-        QCOMPARE(DropActions::save(filePayload({QStringLiteral("/proc/self/status")}), downloads.path()), SaveOutcome::saved);
+        QCOMPARE(DropActions::save(filePayload({ QStringLiteral("/proc/self/status") }), downloads.path()),
+            SaveOutcome::saved);
         QFile copy(downloads.filePath("status"));
         QVERIFY(copy.open(QIODevice::ReadOnly));
         QVERIFY(copy.readAll().startsWith("Name:"));
@@ -278,7 +279,8 @@ private slots:
         saves.save(textPayload(QStringLiteral("new")));
         QVERIFY(saves.saving());
         QVERIFY(finished.wait(10000));
-        QCOMPARE(entries(downloads.path()), QStringList({".hidden-but-mine", "Dropped.txt", "report.ledgewise-save-"}));
+        QCOMPARE(
+            entries(downloads.path()), QStringList({ ".hidden-but-mine", "Dropped.txt", "report.ledgewise-save-" }));
     }
 
     void fileLargerThanTheDiskAllowsLeavesNothing()
@@ -290,12 +292,12 @@ private slots:
         {
             FileSizeLimit limit(2 * MiB);
             QVERIFY(limit.active());
-            outcome = DropActions::save(filePayload({source.filePath("video.mkv"), source.filePath("small.txt")}),
-                                        downloads.path());
+            outcome = DropActions::save(
+                filePayload({ source.filePath("video.mkv"), source.filePath("small.txt") }), downloads.path());
         }
         QCOMPARE(outcome, SaveOutcome::failed);
         // The file that fits is saved; the one that did not left no truncated copy.
-        QCOMPARE(entries(downloads.path()), QStringList({"small.txt"}));
+        QCOMPARE(entries(downloads.path()), QStringList({ "small.txt" }));
     }
 
     void folderThatFailsMidwayLeavesNoTree()
@@ -309,7 +311,7 @@ private slots:
         {
             FileSizeLimit limit(2 * MiB);
             QVERIFY(limit.active());
-            outcome = DropActions::save(filePayload({source.filePath("photos")}), downloads.path());
+            outcome = DropActions::save(filePayload({ source.filePath("photos") }), downloads.path());
         }
         QCOMPARE(outcome, SaveOutcome::failed);
         QCOMPARE(entries(downloads.path()), QStringList());
@@ -334,7 +336,7 @@ private slots:
         makeLargeFile(source.filePath("big.bin"), 8 * MiB);
         FileSizeLimit limit(3 * MiB);
         QVERIFY(limit.active());
-        DropSaveJob job(filePayload({source.filePath("big.bin")}), downloads.path());
+        DropSaveJob job(filePayload({ source.filePath("big.bin") }), downloads.path());
         QSignalSpy finished(&job, &DropSaveJob::finished);
         job.start();
         QVERIFY(finished.wait(60000));

@@ -11,8 +11,8 @@
 #include "surfaces/notch_controller.h"
 #include "tests/support/fake_kdeconnect.h"
 #include "tests/support/quick_item_search.h"
-#include "tests/support/x11_tools.h"
 #include "tests/support/test_files.h"
+#include "tests/support/x11_tools.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -39,14 +39,14 @@ QPoint centreOf(QQuickItem *item)
 void clickOn(QQuickItem *item)
 {
     const QPoint centre = centreOf(item);
-    xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
-             QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({ QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
+        QStringLiteral("click"), QStringLiteral("1") });
 }
 
 std::shared_ptr<const DropPayload> droppedFile(const QString &path)
 {
     return std::make_shared<const DropPayload>(
-        DropPayload{DropPayload::Kind::files, {QUrl::fromLocalFile(path)}, {}, std::nullopt, std::nullopt});
+        DropPayload { DropPayload::Kind::files, { QUrl::fromLocalFile(path) }, {}, std::nullopt, std::nullopt });
 }
 
 } // namespace
@@ -61,21 +61,22 @@ private slots:
         // A mail client of our own as the user's default for mailto: it writes down the
         // address it was handed. xdg-email finds it the way it does on any desktop it has
         // no special case for, whatever desktop the tests were started from.
-        for (const char *name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
-                                 "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "MAILER", "BROWSER"})
+        for (const char *name : { "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+                 "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "MAILER", "BROWSER" })
             qunsetenv(name);
         m_home = QDir::homePath();
         const QString applications = QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
                                          .filePath(QStringLiteral("applications"));
         QVERIFY(QDir().mkpath(applications));
         writeFile(QDir(m_home).filePath(QStringLiteral("mail.sh")),
-                  "#!/bin/sh\nprintf '%s' \"$1\" > \"$HOME/mail.tmp\" && mv \"$HOME/mail.tmp\" \"$HOME/mail.txt\"\n", true);
+            "#!/bin/sh\nprintf '%s' \"$1\" > \"$HOME/mail.tmp\" && mv \"$HOME/mail.tmp\" \"$HOME/mail.txt\"\n", true);
         writeFile(QDir(applications).filePath(QStringLiteral("test-mail.desktop")),
-                  "[Desktop Entry]\nType=Application\nName=Test Mail\nExec=" + QDir(m_home).filePath("mail.sh").toUtf8()
-                      + " %u\nMimeType=x-scheme-handler/mailto;\n");
+            "[Desktop Entry]\nType=Application\nName=Test Mail\nExec=" + QDir(m_home).filePath("mail.sh").toUtf8()
+                + " %u\nMimeType=x-scheme-handler/mailto;\n");
         QProcess mime;
-        mime.start(QStringLiteral("xdg-mime"), {QStringLiteral("default"), QStringLiteral("test-mail.desktop"),
-                                                QStringLiteral("x-scheme-handler/mailto")});
+        mime.start(QStringLiteral("xdg-mime"),
+            { QStringLiteral("default"), QStringLiteral("test-mail.desktop"),
+                QStringLiteral("x-scheme-handler/mailto") });
         QVERIFY(mime.waitForFinished(10000));
         QCOMPARE(mime.exitCode(), 0);
         m_report = QDir(m_home).filePath(QStringLiteral("report 1.txt"));
@@ -84,7 +85,7 @@ private slots:
 
     void init()
     {
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("700")});
+        xdotool({ QStringLiteral("mousemove"), QStringLiteral("756"), QStringLiteral("700") });
         m_model = std::make_unique<AppModel>();
         m_model->start();
         // Square corners: every button of the drop lies well inside the window's shape.
@@ -107,7 +108,7 @@ private slots:
         const QUrl mail(QString::fromUtf8(readAll(mailed())));
         QCOMPARE(mail.scheme(), QStringLiteral("mailto"));
         const QUrlQuery query(mail);
-        QCOMPARE(query.allQueryItemValues(QStringLiteral("attach"), QUrl::FullyDecoded), QStringList({m_report}));
+        QCOMPARE(query.allQueryItemValues(QStringLiteral("attach"), QUrl::FullyDecoded), QStringList({ m_report }));
         QVERIFY(!query.hasQueryItem(QStringLiteral("body")));
         // Share leaves the drop on the surface.
         QVERIFY(left->surface()->hasDropPayload());
@@ -117,12 +118,12 @@ private slots:
     void shareMailsDroppedTextAsTheBody()
     {
         const QString text = QStringLiteral("Lunch at 12 & bring the <b>notes</b>");
-        NotchWindowController *left = dropOnLeft(std::make_shared<const DropPayload>(
-            DropPayload{DropPayload::Kind::text, {}, {}, text, std::nullopt}));
+        NotchWindowController *left = dropOnLeft(
+            std::make_shared<const DropPayload>(DropPayload { DropPayload::Kind::text, {}, {}, text, std::nullopt }));
         QVERIFY(left);
         clickOn(findItem(left->window()->rootObject(), QStringLiteral("dropAction_share")));
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mailed()), 20000);
-        const QUrlQuery query{QUrl(QString::fromUtf8(readAll(mailed())))};
+        const QUrlQuery query { QUrl(QString::fromUtf8(readAll(mailed()))) };
         QCOMPARE(query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded), text);
         QVERIFY(!query.hasQueryItem(QStringLiteral("attach")));
     }
@@ -135,12 +136,11 @@ private slots:
         text.replace(0, 11, "Chapter one");
         QMimeData offered;
         offered.setData(QStringLiteral("text/plain"), text);
-        NotchWindowController *left =
-            dropOnLeft(std::make_shared<const DropPayload>(*DropPayload::from(offered)));
+        NotchWindowController *left = dropOnLeft(std::make_shared<const DropPayload>(*DropPayload::from(offered)));
         QVERIFY(left);
         clickOn(findItem(left->window()->rootObject(), QStringLiteral("dropAction_share")));
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mailed()), 20000);
-        const QUrlQuery query{QUrl(QString::fromUtf8(readAll(mailed())))};
+        const QUrlQuery query { QUrl(QString::fromUtf8(readAll(mailed()))) };
         QVERIFY(!query.hasQueryItem(QStringLiteral("body")));
         const QStringList attached = query.allQueryItemValues(QStringLiteral("attach"), QUrl::FullyDecoded);
         QCOMPARE(attached.size(), 1);
@@ -165,15 +165,15 @@ private slots:
 
         // Hovering it shows why.
         const QPoint centre = centreOf(send);
-        xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y())});
+        xdotool({ QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()) });
         QQuickItem *tooltip = findItem(root, QStringLiteral("sendToDeviceTooltip"));
         QVERIFY(tooltip);
         QTRY_VERIFY_WITH_TIMEOUT(tooltip->isVisible(), 5000);
         QCOMPARE(findItem(tooltip, QStringLiteral("sendToDeviceTooltipText"))->property("text").toString(),
-                 QStringLiteral("No paired device is reachable. Pair a phone with KDE Connect."));
+            QStringLiteral("No paired device is reachable. Pair a phone with KDE Connect."));
 
         // Pressed with the mouse or by a screen reader, it does nothing: the drop stays.
-        xdotool({QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("click"), QStringLiteral("1") });
         if (QAccessibleActionInterface *actions = accessible->actionInterface())
             actions->doAction(QAccessibleActionInterface::pressAction());
         QTest::qWait(500);
@@ -195,12 +195,13 @@ private slots:
         QVERIFY(service.start());
         QTRY_VERIFY_WITH_TIMEOUT(send->isEnabled(), 15000);
         QTRY_COMPARE_WITH_TIMEOUT(QAccessible::queryAccessibleInterface(send)->text(QAccessible::Description),
-                                  QStringLiteral("Sends to Pixel 7."), 15000);
+            QStringLiteral("Sends to Pixel 7."), 15000);
 
         clickOn(send);
         QTRY_COMPARE_WITH_TIMEOUT(service.calls.size(), size_t(1), 15000);
         QCOMPARE(service.calls[0].method, QStringLiteral("shareUrl"));
-        QCOMPARE(service.calls[0].arguments, QStringList({QUrl::fromLocalFile(m_report).toString(QUrl::FullyEncoded)}));
+        QCOMPARE(
+            service.calls[0].arguments, QStringList({ QUrl::fromLocalFile(m_report).toString(QUrl::FullyEncoded) }));
         // Sent: the surface goes back to its modules.
         QTRY_VERIFY_WITH_TIMEOUT(!left->surface()->hasDropPayload(), 10000);
 

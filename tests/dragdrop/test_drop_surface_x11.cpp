@@ -75,7 +75,8 @@ private slots:
     void openRefusesAnUnknownSchemeAndSaysSo()
     {
         NotchWindowController *surface = leftSurface();
-        for (const QByteArray &refused : {QByteArray("ftp://example.org/file.iso\r\n"), QByteArray("foo-handler:run\r\n")}) {
+        for (const QByteArray &refused :
+            { QByteArray("ftp://example.org/file.iso\r\n"), QByteArray("foo-handler:run\r\n") }) {
             const auto payload = droppedLinks(refused);
             QVERIFY(payload);
             surface->dragDidDrop(payload);
@@ -100,7 +101,7 @@ private slots:
         surface->dragDidDrop(droppedLinks("https://example.org/page\r\n"));
         QCOMPARE(surface->dropNotice(), QString());
         surface->performDropAction(QStringLiteral("open"));
-        QCOMPARE(m_fixture->context->performed, QStringList({"open"}));
+        QCOMPARE(m_fixture->context->performed, QStringList({ "open" }));
         QVERIFY(!surface->surface()->hasDropPayload());
     }
 
@@ -122,7 +123,7 @@ private slots:
 
         NotchWindowController *surface = leftSurface();
         surface->dragDidDrop(std::make_shared<const DropPayload>(
-            DropPayload{DropPayload::Kind::files, {QUrl::fromLocalFile(big)}, {}, std::nullopt, std::nullopt}));
+            DropPayload { DropPayload::Kind::files, { QUrl::fromLocalFile(big) }, {}, std::nullopt, std::nullopt }));
         QTRY_COMPARE(xGeometry(left).size(), QSize(268, 340));
         surface->performDropAction(QStringLiteral("save"));
         QVERIFY(saves.saving());
@@ -138,7 +139,7 @@ private slots:
         QVERIFY(status);
         QTRY_VERIFY(saves.fraction() > 0);
         QVERIFY2(status->property("text").toString().startsWith(QStringLiteral("Saving… ")),
-                 qPrintable(status->property("text").toString()));
+            qPrintable(status->property("text").toString()));
         QVERIFY(status->property("text").toString().endsWith(QStringLiteral(" %")));
         waitForNextFrame(surface->window());
         screenshot(QStringLiteral("drop-saving"));

@@ -29,7 +29,8 @@ public:
     {
         addLedgewiseQmlModules(m_engine);
         QQmlComponent component(&m_engine, module.expandedView());
-        m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(module.expandedViewProperties())));
+        m_root.reset(
+            qobject_cast<QQuickItem *>(component.createWithInitialProperties(module.expandedViewProperties())));
         if (!m_root) {
             qWarning("%s", qPrintable(component.errorString()));
             return;
@@ -39,7 +40,7 @@ public:
         // Sized to its content, as the surface's loader sizes it.
         m_root->setHeight(m_root->implicitHeight());
         QObject::connect(m_root.get(), &QQuickItem::implicitHeightChanged, m_root.get(),
-                         [root = m_root.get()] { root->setHeight(root->implicitHeight()); });
+            [root = m_root.get()] { root->setHeight(root->implicitHeight()); });
         // Layouts are placed when the window is polished, which a shown window is.
         m_window.resize(268, 340);
         m_window.show();

@@ -47,7 +47,7 @@ private slots:
         QCOMPARE(title->y(), 4.0);
         QCOMPARE(message->y(), title->y() + title->height() + 6.0);
         QCOMPARE(qobject_cast<QQuickItem *>(view.get())->implicitHeight(),
-                 4.0 + title->height() + 6.0 + message->height() + 4.0);
+            4.0 + title->height() + 6.0 + message->height() + 4.0);
     }
 };
 

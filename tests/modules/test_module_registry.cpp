@@ -18,14 +18,16 @@ namespace {
 class TestModule final : public LedgewiseModule
 {
 public:
-    explicit TestModule(ModuleID id) : LedgewiseModule(id) {}
+    explicit TestModule(ModuleID id)
+        : LedgewiseModule(id)
+    { }
     QUrl expandedView() const override { return QUrl(QStringLiteral("qrc:/test.qml")); }
 };
 
 std::vector<std::unique_ptr<LedgewiseModule>> fullCatalog()
 {
     std::vector<std::unique_ptr<LedgewiseModule>> modules;
-    for (ModuleID id : {ModuleID::clipboard, ModuleID::downloads, ModuleID::timer, ModuleID::launcher})
+    for (ModuleID id : { ModuleID::clipboard, ModuleID::downloads, ModuleID::timer, ModuleID::launcher })
         modules.push_back(std::make_unique<TestModule>(id));
     for (auto &placeholder : makePlaceholderModules())
         modules.push_back(std::move(placeholder));
@@ -51,7 +53,7 @@ private slots:
     {
         ModuleRegistry registry(fullCatalog());
         QCOMPARE(ids(registry.all()),
-                 QStringList({"clipboard", "downloads", "timer", "launcher", "calendar", "nowPlaying", "systemStatus"}));
+            QStringList({ "clipboard", "downloads", "timer", "launcher", "calendar", "nowPlaying", "systemStatus" }));
         for (ModuleID id : allModuleIDs) {
             QVERIFY(registry.module(id));
             QCOMPARE(registry.module(id)->id(), id);
@@ -73,8 +75,8 @@ private slots:
     {
         ModuleRegistry registry(fullCatalog());
         Preferences preferences;
-        preferences.leftModuleIDs = {ModuleID::timer, ModuleID::clipboard};
-        QCOMPARE(ids(registry.modules(NotchSide::left, preferences)), QStringList({"timer", "clipboard"}));
+        preferences.leftModuleIDs = { ModuleID::timer, ModuleID::clipboard };
+        QCOMPARE(ids(registry.modules(NotchSide::left, preferences)), QStringList({ "timer", "clipboard" }));
     }
 
     void emptySideListYieldsNoModules()
@@ -88,21 +90,21 @@ private slots:
     void storedEmptyLeftListGivesALeftSurfaceWithoutModules()
     {
         QJsonObject object = QJsonDocument::fromJson(*encodePreferences(Preferences::defaults())).object();
-        object.insert(QStringLiteral("leftModuleIDs"), QJsonArray{});
+        object.insert(QStringLiteral("leftModuleIDs"), QJsonArray {});
         const auto decoded = decodePreferences(QJsonDocument(object).toJson(QJsonDocument::Compact));
         QVERIFY(decoded);
         ModuleRegistry registry(fullCatalog());
         QVERIFY(registry.modules(NotchSide::left, *decoded).isEmpty());
-        QCOMPARE(ids(registry.modules(NotchSide::right, *decoded)), QStringList({"launcher"}));
+        QCOMPARE(ids(registry.modules(NotchSide::right, *decoded)), QStringList({ "launcher" }));
     }
 
     void identityListedTwiceYieldsItsModuleTwice()
     {
         ModuleRegistry registry(fullCatalog());
         Preferences preferences;
-        preferences.rightModuleIDs = {ModuleID::launcher, ModuleID::calendar, ModuleID::launcher};
+        preferences.rightModuleIDs = { ModuleID::launcher, ModuleID::calendar, ModuleID::launcher };
         const auto modules = registry.modules(NotchSide::right, preferences);
-        QCOMPARE(ids(modules), QStringList({"launcher", "calendar", "launcher"}));
+        QCOMPARE(ids(modules), QStringList({ "launcher", "calendar", "launcher" }));
         QCOMPARE(modules[0], modules[2]);
     }
 
@@ -110,30 +112,34 @@ private slots:
     {
         ModuleRegistry registry(fullCatalog());
         QCOMPARE(ids(registry.modules(NotchSide::left, Preferences::defaults())),
-                 QStringList({"clipboard", "downloads", "timer"}));
-        QCOMPARE(ids(registry.modules(NotchSide::right, Preferences::defaults())), QStringList({"launcher"}));
+            QStringList({ "clipboard", "downloads", "timer" }));
+        QCOMPARE(ids(registry.modules(NotchSide::right, Preferences::defaults())), QStringList({ "launcher" }));
     }
 
     void identityWithoutModuleIsSkipped()
     {
         ModuleRegistry registry(makePlaceholderModules());
         Preferences preferences;
-        preferences.leftModuleIDs = {ModuleID::clipboard, ModuleID::systemStatus};
-        QCOMPARE(ids(registry.modules(NotchSide::left, preferences)), QStringList({"systemStatus"}));
+        preferences.leftModuleIDs = { ModuleID::clipboard, ModuleID::systemStatus };
+        QCOMPARE(ids(registry.modules(NotchSide::left, preferences)), QStringList({ "systemStatus" }));
         QCOMPARE(registry.module(ModuleID::clipboard), nullptr);
     }
 
     void modulesAnswerWithTheirIdentitysTitleAndSymbol()
     {
         ModuleRegistry registry(fullCatalog());
-        const struct { ModuleID id; const char *title; const char *symbol; } table[] = {
-            {ModuleID::clipboard, "Clipboard", "clipboard"},
-            {ModuleID::downloads, "Downloads", "arrow.down.circle"},
-            {ModuleID::timer, "Timer", "timer"},
-            {ModuleID::launcher, "Launcher", "square.grid.2x2"},
-            {ModuleID::calendar, "Calendar", "calendar"},
-            {ModuleID::nowPlaying, "Now Playing", "playpause"},
-            {ModuleID::systemStatus, "System", "chart.bar"},
+        const struct {
+            ModuleID id;
+            const char *title;
+            const char *symbol;
+        } table[] = {
+            { ModuleID::clipboard, "Clipboard", "clipboard" },
+            { ModuleID::downloads, "Downloads", "arrow.down.circle" },
+            { ModuleID::timer, "Timer", "timer" },
+            { ModuleID::launcher, "Launcher", "square.grid.2x2" },
+            { ModuleID::calendar, "Calendar", "calendar" },
+            { ModuleID::nowPlaying, "Now Playing", "playpause" },
+            { ModuleID::systemStatus, "System", "chart.bar" },
         };
         for (const auto &row : table) {
             QCOMPARE(registry.module(row.id)->title(), QString::fromUtf8(row.title));
@@ -144,13 +150,16 @@ private slots:
     void placeholdersShowComingSoonWithTheirTitle()
     {
         ModuleRegistry registry(makePlaceholderModules());
-        const struct { ModuleID id; const char *title; } table[] = {
-            {ModuleID::calendar, "Calendar"}, {ModuleID::nowPlaying, "Now Playing"}, {ModuleID::systemStatus, "System"}};
+        const struct {
+            ModuleID id;
+            const char *title;
+        } table[] = { { ModuleID::calendar, "Calendar" }, { ModuleID::nowPlaying, "Now Playing" },
+            { ModuleID::systemStatus, "System" } };
         for (const auto &row : table) {
             auto *module = registry.module(row.id);
             QCOMPARE(module->expandedView(), QUrl(QStringLiteral("qrc:/qt/qml/Ledgewise/Modules/ComingSoonView.qml")));
             QCOMPARE(module->expandedViewProperties().value(QStringLiteral("title")).toString(),
-                     QString::fromUtf8(row.title));
+                QString::fromUtf8(row.title));
         }
     }
 };

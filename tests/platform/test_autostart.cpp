@@ -37,7 +37,7 @@ QString validate(const QString &path)
 {
     QProcess validator;
     validator.setProcessChannelMode(QProcess::MergedChannels);
-    validator.start(QStringLiteral("desktop-file-validate"), {path});
+    validator.start(QStringLiteral("desktop-file-validate"), { path });
     if (!validator.waitForFinished(10000))
         return QStringLiteral("desktop-file-validate did not run");
     const QString said = QString::fromUtf8(validator.readAll()).trimmed();
@@ -93,7 +93,7 @@ private slots:
         QVERIFY(autostart.isEnabled());
         // Nothing left behind by the atomic write.
         QCOMPARE(QDir(folder.filePath(QStringLiteral("autostart"))).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("org.ledgewise.Ledgewise.desktop")});
+            QStringList { QStringLiteral("org.ledgewise.Ledgewise.desktop") });
 
         QVERIFY(autostart.disable());
         QVERIFY(!QFile::exists(autostart.path()));
@@ -114,7 +114,7 @@ private slots:
         // Turning it on leaves one entry, of the new name.
         QVERIFY(LaunchAtLogin::setEnabled(autostart, true));
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("org.ledgewise.Ledgewise.desktop")});
+            QStringList { QStringLiteral("org.ledgewise.Ledgewise.desktop") });
         QVERIFY(autostart.isEnabled());
 
         // Turning it off removes both.
@@ -126,18 +126,21 @@ private slots:
 
     void defaultFolderIsTheUsersAutostartFolder()
     {
-        QCOMPARE(XdgAutostart::defaultFolder(),
-                 qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/autostart"));
+        QCOMPARE(XdgAutostart::defaultFolder(), qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/autostart"));
     }
 
     void programPathsThatNeedQuotingStillValidate_data()
     {
         QTest::addColumn<QString>("program");
         QTest::addColumn<QString>("exec");
-        QTest::newRow("space") << "/opt/My Apps/ledgewise" << "\"/opt/My Apps/ledgewise\"";
-        QTest::newRow("dollar and quote") << "/opt/a$b\"c/ledgewise" << "\"/opt/a\\\\$b\\\\\"c/ledgewise\"";
-        QTest::newRow("backslash") << "/opt/a\\b/ledgewise" << "\"/opt/a\\\\\\\\b/ledgewise\"";
-        QTest::newRow("percent") << "/opt/100%/ledgewise" << "/opt/100%%/ledgewise";
+        QTest::newRow("space") << "/opt/My Apps/ledgewise"
+                               << "\"/opt/My Apps/ledgewise\"";
+        QTest::newRow("dollar and quote") << "/opt/a$b\"c/ledgewise"
+                                          << "\"/opt/a\\\\$b\\\\\"c/ledgewise\"";
+        QTest::newRow("backslash") << "/opt/a\\b/ledgewise"
+                                   << "\"/opt/a\\\\\\\\b/ledgewise\"";
+        QTest::newRow("percent") << "/opt/100%/ledgewise"
+                                 << "/opt/100%%/ledgewise";
     }
 
     void programPathsThatNeedQuotingStillValidate()
@@ -230,7 +233,8 @@ private slots:
         const QString path = QDir(folder.path()).filePath(QStringLiteral("org.ledgewise.Ledgewise.desktop"));
         FakeKeyValueStore settings;
         PreferencesStore prefs(settings);
-        LaunchAtLogin::Follower follower(prefs, std::make_unique<XdgAutostart>(folder.path(), QStringLiteral("/usr/bin/ledgewise")));
+        LaunchAtLogin::Follower follower(
+            prefs, std::make_unique<XdgAutostart>(folder.path(), QStringLiteral("/usr/bin/ledgewise")));
 
         prefs.update([](Preferences &p) { p.launchAtLogin = true; });
         QVERIFY(readAll(path).contains("Exec=/usr/bin/ledgewise"));
@@ -254,7 +258,8 @@ private slots:
         QVERIFY(writeFile(blocked, "not a folder"));
         FakeKeyValueStore settings;
         PreferencesStore prefs(settings);
-        LaunchAtLogin::Follower follower(prefs, std::make_unique<XdgAutostart>(blocked, QStringLiteral("/usr/bin/ledgewise")));
+        LaunchAtLogin::Follower follower(
+            prefs, std::make_unique<XdgAutostart>(blocked, QStringLiteral("/usr/bin/ledgewise")));
         int changes = 0;
         connect(&prefs, &PreferencesStore::currentChanged, this, [&] { ++changes; });
 

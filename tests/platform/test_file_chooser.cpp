@@ -8,9 +8,9 @@
 #include "tests/support/x11_tools.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QFile>
 #include <QGuiApplication>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -24,24 +24,25 @@ namespace {
 // The X window showing a chooser titled `title`, once it is on screen; empty if none.
 QString chooserWindow(const QString &title)
 {
-    return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                    QStringLiteral("^%1$").arg(QRegularExpression::escape(title))});
+    return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+        QStringLiteral("^%1$").arg(QRegularExpression::escape(title)) });
 }
 
 // Types `text` into the chooser's file name field (it has the keyboard as it opens)
 // and presses Return.
 void typeAnswer(const QString &window, const QString &text)
 {
-    xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("ctrl+a"), QStringLiteral("BackSpace")});
-    xdotool({QStringLiteral("type"), QStringLiteral("--window"), window, text});
-    xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Return")});
+    xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("ctrl+a"),
+        QStringLiteral("BackSpace") });
+    xdotool({ QStringLiteral("type"), QStringLiteral("--window"), window, text });
+    xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Return") });
 }
 
 // Escape, again if the chooser was not ready for the first: the chooser is gone.
 bool escape(const DesktopFileChooser &chooser, const QString &window)
 {
     for (int attempt = 0; attempt < 3 && chooser.isOpen(); ++attempt) {
-        xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Escape")});
+        xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, QStringLiteral("Escape") });
         if (QTest::qWaitFor([&] { return !chooser.isOpen(); }, 5000))
             break;
     }
@@ -61,7 +62,7 @@ private slots:
         QObject asker;
         QStringList answers;
         chooser.chooseFile(QStringLiteral("Choose a file to pin in Ledgewise."), QDir::tempPath(), QString(), &asker,
-                           [&](const QString &path) { answers << path; });
+            [&](const QString &path) { answers << path; });
         QVERIFY(chooser.isOpen());
         QVERIFY(answers.isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(!chooserWindow(QStringLiteral("Choose a file to pin in Ledgewise.")).isEmpty(), 20000);
@@ -80,12 +81,12 @@ private slots:
         QObject asker;
         QStringList answers;
         chooser.chooseFile(QStringLiteral("Choose"), folder.path(), QString(), &asker,
-                           [&](const QString &answer) { answers << answer; });
+            [&](const QString &answer) { answers << answer; });
         QString window;
         QTRY_VERIFY_WITH_TIMEOUT(!(window = chooserWindow(QStringLiteral("Choose"))).isEmpty(), 20000);
         // A bare name is looked for in the folder the chooser opened in.
         typeAnswer(window, QStringLiteral("plan.odt"));
-        QTRY_COMPARE_WITH_TIMEOUT(answers, QStringList{path}, 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(answers, QStringList { path }, 15000);
         QTRY_VERIFY(!chooser.isOpen());
         QTRY_VERIFY(chooserWindow(QStringLiteral("Choose")).isEmpty());
     }
@@ -95,12 +96,12 @@ private slots:
         DesktopFileChooser chooser;
         QObject asker;
         QStringList answers;
-        chooser.chooseFile(QStringLiteral("Choose"), QString(), QString(), &asker,
-                           [&](const QString &answer) { answers << answer; });
+        chooser.chooseFile(
+            QStringLiteral("Choose"), QString(), QString(), &asker, [&](const QString &answer) { answers << answer; });
         QString window;
         QTRY_VERIFY_WITH_TIMEOUT(!(window = chooserWindow(QStringLiteral("Choose"))).isEmpty(), 20000);
         QVERIFY(escape(chooser, window));
-        QTRY_COMPARE(answers, QStringList{QString()});
+        QTRY_COMPARE(answers, QStringList { QString() });
     }
 
     void aNewRequestCancelsTheChooserStillOpen()
@@ -109,12 +110,12 @@ private slots:
         QObject asker;
         QStringList first;
         QStringList second;
-        chooser.chooseFile(QStringLiteral("First"), QString(), QString(), &asker,
-                           [&](const QString &answer) { first << answer; });
+        chooser.chooseFile(
+            QStringLiteral("First"), QString(), QString(), &asker, [&](const QString &answer) { first << answer; });
         QTRY_VERIFY_WITH_TIMEOUT(!chooserWindow(QStringLiteral("First")).isEmpty(), 20000);
-        chooser.chooseFile(QStringLiteral("Second"), QString(), QString(), &asker,
-                           [&](const QString &answer) { second << answer; });
-        QCOMPARE(first, QStringList{QString()});
+        chooser.chooseFile(
+            QStringLiteral("Second"), QString(), QString(), &asker, [&](const QString &answer) { second << answer; });
+        QCOMPARE(first, QStringList { QString() });
         QVERIFY(second.isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(!chooserWindow(QStringLiteral("Second")).isEmpty(), 20000);
         QVERIFY(chooserWindow(QStringLiteral("First")).isEmpty());
@@ -125,7 +126,8 @@ private slots:
         DesktopFileChooser chooser;
         auto asker = std::make_unique<QObject>();
         int calls = 0;
-        chooser.chooseFile(QStringLiteral("Choose"), QString(), QString(), asker.get(), [&](const QString &) { ++calls; });
+        chooser.chooseFile(
+            QStringLiteral("Choose"), QString(), QString(), asker.get(), [&](const QString &) { ++calls; });
         QString window;
         QTRY_VERIFY_WITH_TIMEOUT(!(window = chooserWindow(QStringLiteral("Choose"))).isEmpty(), 20000);
         asker.reset();
@@ -151,9 +153,9 @@ private slots:
         DesktopFileChooser chooser;
         QObject asker;
         QStringList answers;
-        chooser.chooseFile(QStringLiteral("Choose"), QString(), QString(), &asker,
-                           [&](const QString &answer) { answers << answer; });
-        QTRY_COMPARE(answers, QStringList{QString()});
+        chooser.chooseFile(
+            QStringLiteral("Choose"), QString(), QString(), &asker, [&](const QString &answer) { answers << answer; });
+        QTRY_COMPARE(answers, QStringList { QString() });
         QVERIFY(!chooser.isOpen());
     }
 };

@@ -27,7 +27,7 @@ private slots:
         QCOMPARE(first.path(), QDir(folder).filePath(QStringLiteral("ledgewise.lock")));
         // The missing folder was made, for the owner only.
         QCOMPARE(QFileInfo(folder).permissions() & (QFileDevice::ReadGroup | QFileDevice::ReadOther),
-                 QFileDevice::Permissions());
+            QFileDevice::Permissions());
 
         InstanceLock second(folder);
         QCOMPARE(second.tryLock(), InstanceLock::Outcome::heldByOther);
@@ -58,12 +58,12 @@ private slots:
         // process, even one named the same.
         QTemporaryDir folder;
         QProcess namesake;
-        namesake.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        namesake.start(QStringLiteral("sleep"), { QStringLiteral("30") });
         QVERIFY(namesake.waitForStarted());
         QFile left(QDir(folder.path()).filePath(QStringLiteral("ledgewise.lock")));
         QVERIFY(left.open(QIODevice::WriteOnly));
         left.write(QByteArray::number(namesake.processId()) + "\nsleep\n" + QSysInfo::machineHostName().toUtf8() + "\n"
-                   + QSysInfo::machineUniqueId() + "\n" + "00000000-0000-0000-0000-000000000000\n");
+            + QSysInfo::machineUniqueId() + "\n" + "00000000-0000-0000-0000-000000000000\n");
         left.close();
 
         InstanceLock lock(folder.path());

@@ -24,7 +24,7 @@ private slots:
         QVERIFY(!changed.wait(500)); // the failed question may still be on its way
         QVERIFY(!devices.canSend());
         QCOMPARE(devices.statusText(), QStringLiteral("No paired device is reachable. Pair a phone with KDE Connect."));
-        QVERIFY(!devices.send(DeviceShare{{QStringLiteral("file:///tmp/a.txt")}, {}}));
+        QVERIFY(!devices.send(DeviceShare { { QStringLiteral("file:///tmp/a.txt") }, {} }));
     }
 
     void followsTheServiceAsItComesAndGoes()
@@ -77,23 +77,23 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(devices.canSend(), 10000);
         QCOMPARE(devices.deviceId(), QStringLiteral("first"));
 
-        QVERIFY(devices.send(DeviceShare{{QStringLiteral("file:///home/me/report%201.pdf")}, {}}));
+        QVERIFY(devices.send(DeviceShare { { QStringLiteral("file:///home/me/report%201.pdf") }, {} }));
         QTRY_COMPARE_WITH_TIMEOUT(service.calls.size(), size_t(1), 10000);
         QCOMPARE(service.calls[0].method, QStringLiteral("shareUrl"));
-        QCOMPARE(service.calls[0].arguments, QStringList({"file:///home/me/report%201.pdf"}));
+        QCOMPARE(service.calls[0].arguments, QStringList({ "file:///home/me/report%201.pdf" }));
 
-        const QStringList two{QStringLiteral("https://example.org/a"), QStringLiteral("https://example.org/b")};
-        QVERIFY(devices.send(DeviceShare{two, {}}));
+        const QStringList two { QStringLiteral("https://example.org/a"), QStringLiteral("https://example.org/b") };
+        QVERIFY(devices.send(DeviceShare { two, {} }));
         QTRY_COMPARE_WITH_TIMEOUT(service.calls.size(), size_t(2), 10000);
         QCOMPARE(service.calls[1].method, QStringLiteral("shareUrls"));
         QCOMPARE(service.calls[1].arguments, two);
 
-        QVERIFY(devices.send(DeviceShare{{}, QStringLiteral("-- not an option\nsecond line")}));
+        QVERIFY(devices.send(DeviceShare { {}, QStringLiteral("-- not an option\nsecond line") }));
         QTRY_COMPARE_WITH_TIMEOUT(service.calls.size(), size_t(3), 10000);
         QCOMPARE(service.calls[2].method, QStringLiteral("shareText"));
-        QCOMPARE(service.calls[2].arguments, QStringList({"-- not an option\nsecond line"}));
+        QCOMPARE(service.calls[2].arguments, QStringList({ "-- not an option\nsecond line" }));
 
-        QVERIFY(!devices.send(DeviceShare{}));
+        QVERIFY(!devices.send(DeviceShare {}));
         QTest::qWait(200);
         QCOMPARE(service.calls.size(), size_t(3));
     }

@@ -52,20 +52,20 @@ private slots:
         QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
         FakeSettingsPortal portal;
         QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
-                                   QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
         QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
 
         MotionPreference preference;
         QTRY_VERIFY(preference.reduceMotion());
 
         QSignalSpy changed(&preference, &MotionPreference::changed);
-        emit portal.SettingChanged(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
-                                   QDBusVariant(true));
+        emit portal.SettingChanged(
+            QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"), QDBusVariant(true));
         QVERIFY(changed.wait(3000));
         QVERIFY(!preference.reduceMotion());
 
-        emit portal.SettingChanged(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("cursor-size"),
-                                   QDBusVariant(48));
+        emit portal.SettingChanged(
+            QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("cursor-size"), QDBusVariant(48));
         QVERIFY(!changed.wait(300));
         QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
     }

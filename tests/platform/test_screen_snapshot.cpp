@@ -50,8 +50,8 @@ private slots:
         const QScreen *screen = QGuiApplication::primaryScreen();
         QVERIFY(screen);
         const DisplaySnapshot snapshot = snapshotOf(*screen);
-        QCOMPARE(snapshot.frame, (Rect{0, 0, 1512, 982}));
-        QCOMPARE(snapshot.visibleFrame, (Rect{0, 0, 1512, 982}));
+        QCOMPARE(snapshot.frame, (Rect { 0, 0, 1512, 982 }));
+        QCOMPARE(snapshot.visibleFrame, (Rect { 0, 0, 1512, 982 }));
         QVERIFY(snapshot.auxiliaryTopLeft.isEmpty());
         QVERIFY(snapshot.auxiliaryTopRight.isEmpty());
         QCOMPARE(snapshot.safeAreaTop, 0.0);
@@ -63,8 +63,8 @@ private slots:
     {
         qputenv("LEDGEWISE_NOTCH", "200x32");
         const DisplaySnapshot snapshot = snapshotOf(*QGuiApplication::primaryScreen());
-        QCOMPARE(snapshot.auxiliaryTopLeft, (Rect{0, 950, 656, 32}));
-        QCOMPARE(snapshot.auxiliaryTopRight, (Rect{856, 950, 656, 32}));
+        QCOMPARE(snapshot.auxiliaryTopLeft, (Rect { 0, 950, 656, 32 }));
+        QCOMPARE(snapshot.auxiliaryTopRight, (Rect { 856, 950, 656, 32 }));
         QCOMPARE(snapshot.safeAreaTop, 32.0);
         QVERIFY(snapshot.isNotched());
     }
@@ -72,7 +72,7 @@ private slots:
     void malformedOverrideIsIgnored_data()
     {
         QTest::addColumn<QByteArray>("value");
-        for (const char *value : {"", "200", "200x", "x32", "0x32", "200x0", "-5x3", "wide", "200*32", "2e2x32"})
+        for (const char *value : { "", "200", "200x", "x32", "0x32", "200x0", "-5x3", "wide", "200*32", "2e2x32" })
             QTest::newRow(value) << QByteArray(value);
     }
     void malformedOverrideIsIgnored()
@@ -85,22 +85,22 @@ private slots:
 
     void overrideAcceptsFractionsAndUpperCase()
     {
-        QCOMPARE(parseNotchOverride("185.5X37"), (NotchSize{185.5, 37}));
-        QCOMPARE(parseNotchOverride(" 200x32 "), (NotchSize{200, 32}));
+        QCOMPARE(parseNotchOverride("185.5X37"), (NotchSize { 185.5, 37 }));
+        QCOMPARE(parseNotchOverride(" 200x32 "), (NotchSize { 200, 32 }));
     }
 
     void secondScreenAndTopPanelInLayoutCoordinates()
     {
         // Primary 1512 x 982 with a 24-point top panel; a 1920 x 1080 monitor to its right.
-        const ScreenGeometry primary{QRect(0, 0, 1512, 982), QRect(0, 24, 1512, 958)};
-        const ScreenGeometry external{QRect(1512, 0, 1920, 1080), QRect(1512, 24, 1920, 1056)};
+        const ScreenGeometry primary { QRect(0, 0, 1512, 982), QRect(0, 24, 1512, 958) };
+        const ScreenGeometry external { QRect(1512, 0, 1920, 1080), QRect(1512, 24, 1920, 1056) };
         const DisplaySnapshot primarySnapshot = makeDisplaySnapshot(primary, primary, std::nullopt);
-        QCOMPARE(primarySnapshot.frame, (Rect{0, 0, 1512, 982}));
-        QCOMPARE(primarySnapshot.visibleFrame, (Rect{0, 0, 1512, 958}));
+        QCOMPARE(primarySnapshot.frame, (Rect { 0, 0, 1512, 982 }));
+        QCOMPARE(primarySnapshot.visibleFrame, (Rect { 0, 0, 1512, 958 }));
         QCOMPARE(primarySnapshot.menuBarHeight, 24.0);
 
         const DisplaySnapshot externalSnapshot = makeDisplaySnapshot(external, primary, std::nullopt);
-        QCOMPARE(externalSnapshot.frame, (Rect{1512, -98, 1920, 1080}));
+        QCOMPARE(externalSnapshot.frame, (Rect { 1512, -98, 1920, 1080 }));
         QCOMPARE(externalSnapshot.frame.maxY(), 982.0);
         QCOMPARE(externalSnapshot.menuBarHeight, 24.0);
         QVERIFY(!externalSnapshot.isNotched());
@@ -108,12 +108,12 @@ private slots:
 
     void notchOnAScreenAwayFromTheOrigin()
     {
-        const ScreenGeometry primary{QRect(0, 0, 1920, 1080), QRect(0, 0, 1920, 1080)};
-        const ScreenGeometry laptop{QRect(1920, 100, 1512, 982), QRect(1920, 100, 1512, 982)};
-        const DisplaySnapshot snapshot = makeDisplaySnapshot(laptop, primary, NotchSize{200, 37});
-        QCOMPARE(snapshot.frame, (Rect{1920, -2, 1512, 982}));
-        QCOMPARE(snapshot.auxiliaryTopLeft, (Rect{1920, 943, 656, 37}));
-        QCOMPARE(snapshot.auxiliaryTopRight, (Rect{2576 + 200, 943, 656, 37}));
+        const ScreenGeometry primary { QRect(0, 0, 1920, 1080), QRect(0, 0, 1920, 1080) };
+        const ScreenGeometry laptop { QRect(1920, 100, 1512, 982), QRect(1920, 100, 1512, 982) };
+        const DisplaySnapshot snapshot = makeDisplaySnapshot(laptop, primary, NotchSize { 200, 37 });
+        QCOMPARE(snapshot.frame, (Rect { 1920, -2, 1512, 982 }));
+        QCOMPARE(snapshot.auxiliaryTopLeft, (Rect { 1920, 943, 656, 37 }));
+        QCOMPARE(snapshot.auxiliaryTopRight, (Rect { 2576 + 200, 943, 656, 37 }));
         QCOMPARE(snapshot.safeAreaTop, 37.0);
     }
 
@@ -121,7 +121,8 @@ private slots:
     {
         QTemporaryDir root;
         writeFile(root.filePath("sys/module/appledrm/parameters/show_notch"), "Y\n");
-        writeFile(root.filePath("proc/device-tree/model"), QByteArray("Apple MacBook Pro (14-inch, M1 Pro, 2021)\0", 43));
+        writeFile(
+            root.filePath("proc/device-tree/model"), QByteArray("Apple MacBook Pro (14-inch, M1 Pro, 2021)\0", 43));
         writeFile(root.filePath("proc/device-tree/soc@200000000/dcp@38bc00000/apple,notch-height"), bigEndian(74));
         const auto notch = NotchDetector(root.path()).detectPixels();
         QVERIFY(notch);
@@ -135,7 +136,7 @@ private slots:
         writeFile(root.filePath("sys/module/apple_dcp/parameters/show_notch"), "1\n");
         writeFile(root.filePath("proc/device-tree/model"), "Apple MacBook Air (15-inch, M2, 2023)");
         writeFile(root.filePath("proc/device-tree/dcp/apple,notch-height"), bigEndian(64));
-        QCOMPARE(NotchDetector(root.path()).detectPixels(), (NotchSize{420, 64}));
+        QCOMPARE(NotchDetector(root.path()).detectPixels(), (NotchSize { 420, 64 }));
     }
 
     void noNotchWhenTheRowsAreHiddenOrNothingIsKnown()
@@ -158,10 +159,7 @@ private slots:
         QCOMPARE(NotchDetector(empty.path()).detectPixels(), std::nullopt);
     }
 
-    void virtualScreenIsNotABuiltInPanel()
-    {
-        QVERIFY(!isBuiltInPanel(*QGuiApplication::primaryScreen()));
-    }
+    void virtualScreenIsNotABuiltInPanel() { QVERIFY(!isBuiltInPanel(*QGuiApplication::primaryScreen())); }
 };
 
 QTEST_MAIN(TestScreenSnapshot)

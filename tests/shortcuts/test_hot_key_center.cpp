@@ -38,7 +38,7 @@ public:
     {
         for (auto it = grabbed.cbegin(); it != grabbed.cend(); ++it) {
             if (it.value() == shortcut)
-                return delivered && delivered({signatures.value(it.key()), it.key()}, type);
+                return delivered && delivered({ signatures.value(it.key()), it.key() }, type);
         }
         return false;
     }
@@ -57,18 +57,18 @@ public:
 const Shortcut optionSpace(Key::space, optionFlag);
 const Shortcut shiftOptionSpace(Key::space, shiftFlag | optionFlag);
 const Shortcut commandShiftL(Key::l, commandFlag | shiftFlag);
-const Name left{QStringLiteral("toggleLeft"), optionSpace};
-const Name right{QStringLiteral("toggleRight"), shiftOptionSpace};
-const Name noDefault{QStringLiteral("clipboardHistory"), std::nullopt};
+const Name left { QStringLiteral("toggleLeft"), optionSpace };
+const Name right { QStringLiteral("toggleRight"), shiftOptionSpace };
+const Name noDefault { QStringLiteral("clipboardHistory"), std::nullopt };
 
 // A store, a grabber and a centre over them, with the lines the centre prints.
 struct Fixture {
     FakeKeyValueStore settings;
-    Store store{settings};
+    Store store { settings };
     FakeGrabber grabber;
     UsKeyboardLayout layout;
     QStringList printed;
-    HotKeyCenter center{store, grabber, layout, [this](const QString &line) { printed << line; }};
+    HotKeyCenter center { store, grabber, layout, [this](const QString &line) { printed << line; } };
 
     Fixture()
     {
@@ -94,7 +94,7 @@ private slots:
         f.center.onKeyUp(right, [] {});
         // A second handler of a registered name registers nothing more.
         f.center.onKeyDown(left, [] {});
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("grab 1 2048"), QStringLiteral("grab 2 2560")}));
+        QCOMPARE(f.grabber.log, QStringList({ QStringLiteral("grab 1 2048"), QStringLiteral("grab 2 2560") }));
         QCOMPARE(f.grabber.signatures.value(1), 0x4C444757u);
         QCOMPARE(f.center.hotKeys().at(1).shortcut, optionSpace);
         QCOMPARE(f.center.hotKeys().at(2).carbonHotKeyId, 2);
@@ -113,7 +113,7 @@ private slots:
         f.center.onKeyUp(left, [&ups] { ++ups; });
         f.grabber.log.clear();
         f.store.setShortcut(commandShiftL, left);
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("ungrab 1"), QStringLiteral("grab 2 768")}));
+        QCOMPARE(f.grabber.log, QStringList({ QStringLiteral("ungrab 1"), QStringLiteral("grab 2 768") }));
         QVERIFY(!f.grabber.tap(optionSpace));
         QVERIFY(f.grabber.tap(commandShiftL));
         QCOMPARE(ups, 1);
@@ -127,11 +127,11 @@ private slots:
         QVERIFY(f.center.hotKeys().empty());
         QVERIFY(!f.center.isEnabled(left));
         f.store.setShortcut(optionSpace, left);
-        f.center.disable({left});
-        f.center.enable({left});
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("grab 1 2048"), QStringLiteral("ungrab 1"),
-                                             QStringLiteral("grab 2 2048"), QStringLiteral("ungrab 2"),
-                                             QStringLiteral("grab 3 2048")}));
+        f.center.disable({ left });
+        f.center.enable({ left });
+        QCOMPARE(f.grabber.log,
+            QStringList({ QStringLiteral("grab 1 2048"), QStringLiteral("ungrab 1"), QStringLiteral("grab 2 2048"),
+                QStringLiteral("ungrab 2"), QStringLiteral("grab 3 2048") }));
         QCOMPARE(f.center.hotKeys().begin()->first, 3);
         QVERIFY(f.printed.isEmpty());
     }
@@ -150,16 +150,16 @@ private slots:
         Fixture f;
         int downs = 0;
         f.center.onKeyDown(left, [&downs] { ++downs; });
-        f.center.disable({left});
+        f.center.disable({ left });
         QVERIFY(!f.center.isEnabled(left));
         QVERIFY(f.center.hasHandlers(left));
         QVERIFY(!f.grabber.press(optionSpace));
-        f.center.enable({left});
+        f.center.enable({ left });
         QVERIFY(f.center.isEnabled(left));
         QVERIFY(f.grabber.press(optionSpace));
         QCOMPARE(downs, 1);
         // A name without handlers can be enabled too: its key is taken, nobody is told.
-        f.center.enable({right});
+        f.center.enable({ right });
         QVERIFY(f.center.isEnabled(right));
         QVERIFY(f.grabber.press(shiftOptionSpace));
         QCOMPARE(downs, 1);
@@ -177,8 +177,9 @@ private slots:
         f.center.onKeyDown(left, [&calls] { calls << QStringLiteral("down 2"); });
         f.center.onKeyUp(left, [&calls] { calls << QStringLiteral("up 1"); });
         QVERIFY(f.grabber.tap(optionSpace));
-        QCOMPARE(calls, QStringList({QStringLiteral("down 1"), QStringLiteral("down 2"), QStringLiteral("stream down"),
-                                     QStringLiteral("up 1"), QStringLiteral("stream up")}));
+        QCOMPARE(calls,
+            QStringList({ QStringLiteral("down 1"), QStringLiteral("down 2"), QStringLiteral("stream down"),
+                QStringLiteral("up 1"), QStringLiteral("stream up") }));
         QCOMPARE(f.center.hotKeys().size(), std::size_t(1));
     }
 
@@ -225,7 +226,7 @@ private slots:
         f.center.onKeyDown(right, [&calls] { calls << QStringLiteral("right"); });
         f.store.setShortcut(optionSpace, right);
         QVERIFY(f.grabber.press(optionSpace));
-        QCOMPARE(calls, QStringList({QStringLiteral("left"), QStringLiteral("right")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("left"), QStringLiteral("right") }));
     }
 
     void eventsOfOthersAreNotHandled()
@@ -233,9 +234,9 @@ private slots:
         Fixture f;
         int downs = 0;
         f.center.onKeyDown(left, [&downs] { ++downs; });
-        QVERIFY(f.center.dispatch({hotKeySignature, 1}, EventType::keyDown));
-        QVERIFY(!f.center.dispatch({0x41424344, 1}, EventType::keyDown));
-        QVERIFY(!f.center.dispatch({hotKeySignature, 99}, EventType::keyDown));
+        QVERIFY(f.center.dispatch({ hotKeySignature, 1 }, EventType::keyDown));
+        QVERIFY(!f.center.dispatch({ 0x41424344, 1 }, EventType::keyDown));
+        QVERIFY(!f.center.dispatch({ hotKeySignature, 99 }, EventType::keyDown));
         QCOMPARE(downs, 1);
     }
 
@@ -246,8 +247,9 @@ private slots:
         int rights = 0;
         f.center.onKeyUp(left, [] {});
         f.center.onKeyUp(right, [&rights] { ++rights; });
-        QCOMPARE(f.printed, QStringList({QStringLiteral(
-                                "Error registering hotkey ⌥Space: BadAccess (attempt to access private resource denied)")}));
+        QCOMPARE(f.printed,
+            QStringList({ QStringLiteral(
+                "Error registering hotkey ⌥Space: BadAccess (attempt to access private resource denied)") }));
         QVERIFY(!f.center.isEnabled(left));
         QCOMPARE(f.center.hotKeys().size(), std::size_t(1));
         QCOMPARE(f.center.hotKeys().begin()->first, 2);
@@ -261,7 +263,8 @@ private slots:
         f.settings.setValue(Store::keyFor(left), QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2049})"));
         f.center.onKeyUp(left, [] {});
         QVERIFY(f.grabber.log.isEmpty());
-        QCOMPARE(f.printed, QStringList({QStringLiteral("Error registering hotkey ⌥Space: unknown modifier bits 0x1")}));
+        QCOMPARE(
+            f.printed, QStringList({ QStringLiteral("Error registering hotkey ⌥Space: unknown modifier bits 0x1") }));
     }
 
     void aStoredValueThatDoesNotDecodeIsNotGrabbed()
@@ -271,7 +274,7 @@ private slots:
         f.center.onKeyUp(left, [] {});
         QVERIFY(f.grabber.log.isEmpty());
         QCOMPARE(f.printed,
-                 QStringList({QStringLiteral("Error registering hotkey toggleLeft: its stored value cannot be read")}));
+            QStringList({ QStringLiteral("Error registering hotkey toggleLeft: its stored value cannot be read") }));
     }
 
     void whilePausedAPressAndItsReleaseReachNoHandler()
@@ -286,7 +289,7 @@ private slots:
         QVERIFY(f.grabber.press(optionSpace, EventType::keyUp));
         QVERIFY(calls.isEmpty());
         QVERIFY(f.grabber.tap(optionSpace));
-        QCOMPARE(calls, QStringList({QStringLiteral("down"), QStringLiteral("up")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("down"), QStringLiteral("up") }));
     }
 
     void whileAMenuIsTrackedTheGrabsAreGivenBackAndItsKeyEventsMatched()
@@ -297,13 +300,13 @@ private slots:
         f.center.onKeyUp(right, [&calls] { calls << QStringLiteral("right"); });
         f.grabber.log.clear();
         f.center.setMenuTracking(true);
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("ungrab 1"), QStringLiteral("ungrab 2")}));
+        QCOMPARE(f.grabber.log, QStringList({ QStringLiteral("ungrab 1"), QStringLiteral("ungrab 2") }));
         QVERIFY(f.center.isEnabled(left)); // the records stay
         // Option+Space in the open menu, Num Lock and all (not a modifier of ours).
         QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), optionFlag | (1u << 21), EventType::keyUp));
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::space), controlFlag, EventType::keyUp));
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::a), optionFlag, EventType::keyUp));
-        QCOMPARE(calls, QStringList({QStringLiteral("left")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("left") }));
         // Held, then Option let go before Space: the repeats are taken from the menu
         // but toggle nothing, and the release is still the shortcut's.
         QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), shiftFlag | optionFlag, EventType::keyDown));
@@ -312,10 +315,10 @@ private slots:
             QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), shiftFlag | optionFlag, EventType::keyDown, true));
         }
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::a), 0, EventType::keyDown, true));
-        QCOMPARE(calls, QStringList({QStringLiteral("left")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("left") }));
         QVERIFY(f.center.handleMenuKeyEvent(int(Key::space), 0, EventType::keyUp));
         QVERIFY(!f.center.handleMenuKeyEvent(int(Key::space), 0, EventType::keyUp));
-        QCOMPARE(calls, QStringList({QStringLiteral("left"), QStringLiteral("right")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("left"), QStringLiteral("right") }));
         calls.clear();
 
         // A shortcut changed while the menu is open waits for it to close.
@@ -323,9 +326,9 @@ private slots:
         QVERIFY(f.grabber.grabbed.isEmpty());
         f.grabber.log.clear();
         f.center.setMenuTracking(false);
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("grab 1 2048"), QStringLiteral("grab 3 768")}));
+        QCOMPARE(f.grabber.log, QStringList({ QStringLiteral("grab 1 2048"), QStringLiteral("grab 3 768") }));
         QVERIFY(f.grabber.tap(commandShiftL));
-        QCOMPARE(calls, QStringList({QStringLiteral("right")}));
+        QCOMPARE(calls, QStringList({ QStringLiteral("right") }));
     }
 
     void anEditedSettingsFileMovesTheHotKeyToTheNewShortcut()
@@ -340,7 +343,7 @@ private slots:
         // Written behind the store's back, as by another program.
         f.settings.setValue(Store::keyFor(left), QString::fromUtf8(encodeShortcut(commandShiftL)));
         f.center.storedShortcutsChanged();
-        QCOMPARE(f.grabber.log, QStringList({QStringLiteral("ungrab 1"), QStringLiteral("grab 3 768")}));
+        QCOMPARE(f.grabber.log, QStringList({ QStringLiteral("ungrab 1"), QStringLiteral("grab 3 768") }));
         QVERIFY(f.grabber.tap(commandShiftL));
         QCOMPARE(lefts, 1);
         f.settings.setValue(Store::keyFor(left), false);
@@ -354,9 +357,10 @@ private slots:
         Fixture f;
         f.center.onKeyUp(left, [] {});
         f.grabber.grabbed.remove(1);
-        f.grabber.lost({hotKeySignature, 1}, QStringLiteral("no key for code 49 in the current keyboard layout"));
-        QCOMPARE(f.printed, QStringList({QStringLiteral(
-                                "Error registering hotkey ⌥Space: no key for code 49 in the current keyboard layout")}));
+        f.grabber.lost({ hotKeySignature, 1 }, QStringLiteral("no key for code 49 in the current keyboard layout"));
+        QCOMPARE(f.printed,
+            QStringList({ QStringLiteral(
+                "Error registering hotkey ⌥Space: no key for code 49 in the current keyboard layout") }));
         f.center.setMenuTracking(true);
         f.center.setMenuTracking(false);
         QCOMPARE(f.grabber.grabbed.value(1), optionSpace);

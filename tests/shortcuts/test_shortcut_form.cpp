@@ -56,7 +56,7 @@ private slots:
     void qtModifiersMapToTheSameKeys()
     {
         QCOMPARE(modifierFlags(Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier | Qt::MetaModifier),
-                 quint32(controlFlag | optionFlag | shiftFlag | commandFlag));
+            quint32(controlFlag | optionFlag | shiftFlag | commandFlag));
         QCOMPARE(modifierFlags(Qt::KeypadModifier), quint32(0));
         QCOMPARE(qtModifiers(optionFlag | functionFlag), Qt::KeyboardModifiers(Qt::AltModifier));
         QCOMPARE(qtModifiers(commandFlag | shiftFlag), Qt::MetaModifier | Qt::ShiftModifier);
@@ -66,20 +66,19 @@ private slots:
     {
         const quint32 all = functionFlag | commandFlag | shiftFlag | optionFlag | controlFlag;
         QCOMPARE(modifierSymbols(all), QString::fromUtf8("⌃⌥⇧⌘\U0001F310\uFE0E"));
-        QCOMPARE(presentableDescription(Shortcut(Key::space, optionFlag), UsKeyboardLayout()),
-                 QStringLiteral("⌥Space"));
+        QCOMPARE(
+            presentableDescription(Shortcut(Key::space, optionFlag), UsKeyboardLayout()), QStringLiteral("⌥Space"));
         QCOMPARE(presentableDescription(Shortcut(Key::space, shiftFlag | optionFlag), UsKeyboardLayout()),
-                 QStringLiteral("⌥⇧Space"));
+            QStringLiteral("⌥⇧Space"));
     }
 
     void functionKeysByNumber()
     {
-        const Key keys[] = {Key::f1,  Key::f2,  Key::f3,  Key::f4,  Key::f5,  Key::f6,  Key::f7,
-                            Key::f8,  Key::f9,  Key::f10, Key::f11, Key::f12, Key::f13, Key::f14,
-                            Key::f15, Key::f16, Key::f17, Key::f18, Key::f19, Key::f20};
+        const Key keys[] = { Key::f1, Key::f2, Key::f3, Key::f4, Key::f5, Key::f6, Key::f7, Key::f8, Key::f9, Key::f10,
+            Key::f11, Key::f12, Key::f13, Key::f14, Key::f15, Key::f16, Key::f17, Key::f18, Key::f19, Key::f20 };
         for (int i = 0; i < 20; ++i)
             QCOMPARE(presentableDescription(Shortcut(keys[i], controlFlag), UsKeyboardLayout()),
-                     QStringLiteral("⌃F%1").arg(i + 1));
+                QStringLiteral("⌃F%1").arg(i + 1));
     }
 
     void specialKeysByName_data()

@@ -32,8 +32,8 @@ public:
     QStringList log;
 };
 
-const Name withDefault{QStringLiteral("toggleLeft"), Shortcut(Key::space, optionFlag)};
-const Name withoutDefault{QStringLiteral("clipboardHistory"), std::nullopt};
+const Name withDefault { QStringLiteral("toggleLeft"), Shortcut(Key::space, optionFlag) };
+const Name withoutDefault { QStringLiteral("clipboardHistory"), std::nullopt };
 
 QVariant onDisk(const QString &fileName, const QString &key)
 {
@@ -62,7 +62,7 @@ private slots:
         store.declare(withDefault);
         QCOMPARE(settings.writes, 1);
         QCOMPARE(settings.value(QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
+            QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
         QCOMPARE(store.getShortcut(withDefault), Shortcut(49, 2048));
 
         store.declare(withDefault);
@@ -84,7 +84,7 @@ private slots:
         QCOMPARE(store.getShortcut(withDefault), Shortcut(37, 768));
         relaunched.sync();
         QCOMPARE(onDisk(relaunched.fileName(), QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":37,"carbonModifiers":768})"));
+            QStringLiteral(R"({"carbonKeyCode":37,"carbonModifiers":768})"));
     }
 
     void clearedShortcutStaysClearedAcrossLaunches()
@@ -99,7 +99,7 @@ private slots:
         settings.sync();
         // The settings file holds false, which a later launch must not replace.
         QCOMPARE(onDisk(settings.fileName(), QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
-                 QStringLiteral("false"));
+            QStringLiteral("false"));
         QSettingsStore relaunched;
         RecordingRegistrar registrar;
         registrar.handled << QStringLiteral("toggleLeft");
@@ -143,7 +143,7 @@ private slots:
         QTest::newRow("bytes") << QVariant(QByteArray(R"({"carbonKeyCode":37,"carbonModifiers":768})"));
         QTest::newRow("number") << QVariant(37);
         QTest::newRow("true") << QVariant(true);
-        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("37"), QStringLiteral("768")});
+        QTest::newRow("list") << QVariant(QStringList { QStringLiteral("37"), QStringLiteral("768") });
     }
     void undecodableStoredValuesAreNoShortcut()
     {
@@ -162,15 +162,15 @@ private slots:
         FakeKeyValueStore settings;
         Store store(settings);
         QSignalSpy changes(&store, &Store::shortcutDidChange);
-        store.declare(withDefault);                          // set (the default)
+        store.declare(withDefault); // set (the default)
         store.setShortcut(Shortcut(Key::k, 256), withDefault); // set
-        store.setShortcut(std::nullopt, withDefault);          // disable
-        store.setShortcut(std::nullopt, withoutDefault);       // remove
+        store.setShortcut(std::nullopt, withDefault); // disable
+        store.setShortcut(std::nullopt, withoutDefault); // remove
         QCOMPARE(changes.count(), 4);
         QCOMPARE(changes.at(0).at(0).value<Name>().rawValue, QStringLiteral("toggleLeft"));
         QCOMPARE(changes.at(0).at(0).value<Name>().defaultShortcut, withDefault.defaultShortcut);
         QCOMPARE(changes.at(3).at(0).value<Name>(), withoutDefault);
-        QCOMPARE(qHash(withDefault), qHash(Name{QStringLiteral("toggleLeft"), std::nullopt}));
+        QCOMPARE(qHash(withDefault), qHash(Name { QStringLiteral("toggleLeft"), std::nullopt }));
     }
 
     void hotKeysFollowTheStoredShortcut()
@@ -184,8 +184,8 @@ private slots:
         store.setShortcut(Shortcut(Key::k, 256), withDefault);
         store.setShortcut(std::nullopt, withDefault);
         store.setShortcut(Shortcut(Key::v, 256), withoutDefault); // no handlers: not registered
-        QCOMPARE(registrar.log, QStringList({"register toggleLeft 49", "unregister 49", "register toggleLeft 40",
-                                             "unregister 40"}));
+        QCOMPARE(registrar.log,
+            QStringList({ "register toggleLeft 49", "unregister 49", "register toggleLeft 40", "unregister 40" }));
     }
 
     void resetGivesBackTheDefaults()
@@ -212,9 +212,9 @@ private slots:
         ApplicationShortcuts::declareAll(store);
         settings.sync();
         QCOMPARE(onDisk(settings.fileName(), QStringLiteral("GlobalShortcuts_toggleLeft")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
+            QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2048})"));
         QCOMPARE(onDisk(settings.fileName(), QStringLiteral("GlobalShortcuts_toggleRight")).toString(),
-                 QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2560})"));
+            QStringLiteral(R"({"carbonKeyCode":49,"carbonModifiers":2560})"));
         QCOMPARE(store.names().size(), 2);
     }
 };

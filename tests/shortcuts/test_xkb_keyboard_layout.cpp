@@ -14,7 +14,7 @@ namespace {
 bool setLayout(const QString &layout)
 {
     QProcess process;
-    process.start(QStringLiteral("setxkbmap"), {layout});
+    process.start(QStringLiteral("setxkbmap"), { layout });
     return process.waitForFinished(10000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 

@@ -21,7 +21,7 @@ inline QString atspiScript(const QString &name)
 
 inline void pointerTo(int x, int y)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y)});
+    xdotool({ QStringLiteral("mousemove"), QString::number(x), QString::number(y) });
 }
 
 // Presses a control of Ledgewise found by role and name; what the probe said
@@ -31,7 +31,7 @@ inline QByteArray press(const QString &role, const QString &name)
     QProcess probe;
     probe.setProcessChannelMode(QProcess::MergedChannels);
     probe.start(QStringLiteral("/usr/bin/python3"),
-                {atspiScript(QStringLiteral("atspi_press.py")), QStringLiteral("Ledgewise"), role, name});
+        { atspiScript(QStringLiteral("atspi_press.py")), QStringLiteral("Ledgewise"), role, name });
     probe.waitForFinished(30000);
     return probe.readAll().trimmed();
 }
@@ -41,7 +41,7 @@ inline QStringList readTree()
 {
     QProcess probe;
     probe.start(QStringLiteral("/usr/bin/python3"),
-                {atspiScript(QStringLiteral("atspi_press.py")), QStringLiteral("--tree"), QStringLiteral("Ledgewise")});
+        { atspiScript(QStringLiteral("atspi_press.py")), QStringLiteral("--tree"), QStringLiteral("Ledgewise") });
     probe.waitForFinished(30000);
     return QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
@@ -52,7 +52,8 @@ inline QStringList surfaceLines(const QStringList &read, const QString &side)
 {
     const qsizetype frame = read.indexOf(QStringLiteral("frame|Ledgewise %1 surface").arg(side));
     QStringList lines;
-    for (qsizetype index = frame + 1; frame >= 0 && index < read.size() && !read[index].startsWith(QLatin1String("frame|")); ++index)
+    for (qsizetype index = frame + 1;
+         frame >= 0 && index < read.size() && !read[index].startsWith(QLatin1String("frame|")); ++index)
         lines << read[index];
     return lines;
 }
@@ -76,7 +77,8 @@ public:
     ScreenReader()
     {
         m_driver.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_driver.start(QStringLiteral("/usr/bin/python3"), {atspiScript(QStringLiteral("atspi_driver.py")), QStringLiteral("Ledgewise")});
+        m_driver.start(QStringLiteral("/usr/bin/python3"),
+            { atspiScript(QStringLiteral("atspi_driver.py")), QStringLiteral("Ledgewise") });
     }
     ~ScreenReader()
     {
@@ -90,7 +92,7 @@ public:
 
     QString ask(const QString &command, const QString &role, const QString &name, const QString &argument = QString())
     {
-        QStringList fields = {command, role, name};
+        QStringList fields = { command, role, name };
         if (!argument.isNull())
             fields << argument;
         m_driver.write((fields.join(QLatin1Char('\t')) + QLatin1Char('\n')).toUtf8());

@@ -9,8 +9,8 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QRasterWindow>
 #include <QPainter>
+#include <QRasterWindow>
 
 #include <cstdio>
 
@@ -19,7 +19,10 @@ namespace {
 class Source : public QRasterWindow
 {
 public:
-    Source(QString text, QString type) : m_text(std::move(text)), m_type(std::move(type)) {}
+    Source(QString text, QString type)
+        : m_text(std::move(text))
+        , m_type(std::move(type))
+    { }
 
 protected:
     void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(QRect(QPoint(), size()), Qt::darkGreen); }

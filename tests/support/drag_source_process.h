@@ -28,7 +28,7 @@ public:
     DragSourceProcess(Toolkit toolkit, QPoint at, const QString &text, const QString &uri = QString())
         : m_at(at)
     {
-        QStringList arguments = {QString::number(at.x()), QString::number(at.y()), text};
+        QStringList arguments = { QString::number(at.x()), QString::number(at.y()), text };
         if (toolkit == Toolkit::gtk) {
             // No accessibility bus to look for: GTK would wait for one on a private session.
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -37,18 +37,19 @@ public:
             if (!uri.isEmpty())
                 arguments << uri;
             m_process.start(QStringLiteral("/usr/bin/python3"),
-                            QStringList{QStringLiteral("-u"), qEnvironmentVariable("GTK_DRAG_SOURCE")} + arguments);
+                QStringList { QStringLiteral("-u"), qEnvironmentVariable("GTK_DRAG_SOURCE") } + arguments);
         } else {
             m_process.start(qEnvironmentVariable("DRAG_SOURCE"), arguments);
         }
-        m_ready = QTest::qWaitFor([this] { return m_process.canReadLine() || m_process.state() == QProcess::NotRunning; }, 20000)
-                  && m_process.readLine().trimmed() == "ready";
+        m_ready = QTest::qWaitFor(
+                      [this] { return m_process.canReadLine() || m_process.state() == QProcess::NotRunning; }, 20000)
+            && m_process.readLine().trimmed() == "ready";
     }
 
     ~DragSourceProcess()
     {
         // A test that failed mid-drag must not leave the button down for the next one.
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         m_process.kill();
         m_process.waitForFinished();
     }
@@ -63,7 +64,7 @@ public:
     void dragThrough(std::initializer_list<QPoint> steps, int pauseMs = 120)
     {
         moveTo(m_at + QPoint(50, 50));
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousedown"), QStringLiteral("1") });
         QTest::qWait(pauseMs);
         moveThrough(steps, pauseMs);
     }
@@ -78,14 +79,14 @@ public:
 
     static void moveTo(const QPoint &point)
     {
-        xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+        xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) });
     }
 
     // Lets go of the mouse; how the source saw its drag end: "copy" or "ignored". The
     // event loop runs meanwhile, so a window of this process can take the drop.
     QByteArray release()
     {
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, 15000))
             return "<the drag did not end>";
         return m_process.readLine().trimmed();
@@ -108,9 +109,14 @@ inline QByteArray dragTextOntoLeftSurface(const QString &text)
     if (!source.isReady())
         return "<the drag source did not start>";
     // A press before its window is mapped starts no drag.
-    if (!QTest::qWaitFor([] { return !xdotool({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source")}).isEmpty(); }, 10000))
+    if (!QTest::qWaitFor(
+            [] {
+                return !xdotool({ QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("drag source") })
+                            .isEmpty();
+            },
+            10000))
         return "<the drag source has no window>";
-    source.dragThrough({QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80)}, 150);
+    source.dragThrough({ QPoint(600, 400), QPoint(300, 100), QPoint(122, 15), QPoint(123, 16), QPoint(140, 80) }, 150);
     return source.release();
 }
 

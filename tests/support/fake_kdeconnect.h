@@ -29,9 +29,9 @@ public:
     std::vector<Call> *calls = nullptr;
 
 public slots:
-    void shareUrl(const QString &url) { calls->push_back({QStringLiteral("shareUrl"), {url}}); }
-    void shareUrls(const QStringList &urls) { calls->push_back({QStringLiteral("shareUrls"), urls}); }
-    void shareText(const QString &text) { calls->push_back({QStringLiteral("shareText"), {text}}); }
+    void shareUrl(const QString &url) { calls->push_back({ QStringLiteral("shareUrl"), { url } }); }
+    void shareUrls(const QStringList &urls) { calls->push_back({ QStringLiteral("shareUrls"), urls }); }
+    void shareText(const QString &text) { calls->push_back({ QStringLiteral("shareText"), { text } }); }
 };
 
 class FakeKdeConnectDevice : public QObject
@@ -86,7 +86,7 @@ public:
         : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("fake-kdeconnect")))
     {
         m_bus.registerObject(QStringLiteral("/modules/kdeconnect"), &m_daemon,
-                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
     }
     ~FakeKdeConnect()
     {
@@ -105,8 +105,7 @@ public:
         device->share.calls = &calls;
         const QString path = QStringLiteral("/modules/kdeconnect/devices/") + id;
         m_bus.registerObject(path, device.get(),
-                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals
-                                 | QDBusConnection::ExportAllProperties);
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals | QDBusConnection::ExportAllProperties);
         m_bus.registerObject(path + QStringLiteral("/share"), &device->share, QDBusConnection::ExportAllSlots);
         m_daemon.deviceObjects.push_back(std::move(device));
         emit m_daemon.deviceListChanged();

@@ -25,7 +25,7 @@ public:
         ++removals;
         m_values.remove(key);
     }
-    void sync() override {}
+    void sync() override { }
 
     int writes = 0;
     int removals = 0;

@@ -18,7 +18,9 @@ class FakePasteboard final : public Pasteboard
     Q_OBJECT
 
 public:
-    explicit FakePasteboard(bool announce = true) : m_announce(announce) {}
+    explicit FakePasteboard(bool announce = true)
+        : m_announce(announce)
+    { }
 
     qint64 changeCount() const override { return m_changeCount; }
     bool announcesChanges() const override { return m_announce; }

@@ -30,7 +30,7 @@ static int printGroup()
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection)
         || !xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
         return 1;
     const int32_t device = xkb_x11_get_core_keyboard_device_id(connection);
     xkb_context *context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
@@ -51,11 +51,11 @@ static int lockGroup(int group)
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection)
         || !xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
         return 1;
-    const ledgewise::XcbReply<xcb_generic_error_t> error{xcb_request_check(
-        connection, xcb_xkb_latch_lock_state_checked(connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
-                                                     xcb_xkb_group_t(group), 0, 0, 0))};
+    const ledgewise::XcbReply<xcb_generic_error_t> error { xcb_request_check(connection,
+        xcb_xkb_latch_lock_state_checked(
+            connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, xcb_xkb_group_t(group), 0, 0, 0)) };
     xcb_disconnect(connection);
     return error ? 1 : 0;
 }
@@ -66,10 +66,8 @@ static int grabKeyboard()
     if (xcb_connection_has_error(connection))
         return 1;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const ledgewise::XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
-        connection,
-        xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-        nullptr));
+    const ledgewise::XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(connection,
+        xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC), nullptr));
     const bool grabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
     std::puts(grabbed ? "grabbed" : "refused");
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
@@ -101,9 +99,8 @@ int main(int argc, char *argv[])
         return 1;
     }
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const ledgewise::XcbReply<xcb_generic_error_t> error{xcb_request_check(
-        connection, xcb_grab_key_checked(connection, 0, root, modifiers, keycodes[0], XCB_GRAB_MODE_ASYNC,
-                                         XCB_GRAB_MODE_ASYNC))};
+    const ledgewise::XcbReply<xcb_generic_error_t> error { xcb_request_check(connection,
+        xcb_grab_key_checked(connection, 0, root, modifiers, keycodes[0], XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)) };
     std::free(keycodes);
     xcb_key_symbols_free(symbols);
     if (error) {
@@ -113,7 +110,7 @@ int main(int argc, char *argv[])
     }
     std::puts("grabbed");
     std::fflush(stdout);
-    while (const ledgewise::XcbReply<xcb_generic_event_t> event{xcb_wait_for_event(connection)}) {
+    while (const ledgewise::XcbReply<xcb_generic_event_t> event { xcb_wait_for_event(connection) }) {
         if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
             std::puts("pressed");
             std::fflush(stdout);

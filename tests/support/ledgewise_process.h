@@ -64,8 +64,8 @@ inline bool startLedgewise(QProcess &app)
 // The X window of a side's surface ("left" or "right") once it is on screen; empty before.
 inline QString surfaceWindow(const QString &side)
 {
-    return xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                    QStringLiteral("Ledgewise %1 surface").arg(side)})
+    return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                       QStringLiteral("Ledgewise %1 surface").arg(side) })
         .section(QLatin1Char('\n'), 0, 0);
 }
 
@@ -76,8 +76,8 @@ inline QRect surfaceGeometry(const QString &side)
     if (window.isEmpty())
         return {};
     QRect geometry;
-    const QStringList lines =
-        xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window}).split(QLatin1Char('\n'));
+    const QStringList lines
+        = xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window }).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const int value = line.section(QLatin1Char('='), 1).toInt();
         if (line.startsWith(QLatin1String("X=")))

@@ -26,7 +26,7 @@ inline QString xdotool(const QStringList &arguments)
 // clipboard.
 inline bool copyElsewhere(const QByteArray &bytes, const QString &target = QString())
 {
-    QStringList arguments = {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")};
+    QStringList arguments = { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i") };
     if (!target.isEmpty())
         arguments << QStringLiteral("-t") << target;
     QProcess xclip;
@@ -42,7 +42,7 @@ inline bool copyElsewhere(const QByteArray &bytes, const QString &target = QStri
 // loop keeps running meanwhile, so this process can serve the selection itself.
 inline QByteArray pasteElsewhere(const QString &target = QString())
 {
-    QStringList arguments = {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")};
+    QStringList arguments = { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o") };
     if (!target.isEmpty())
         arguments << QStringLiteral("-t") << target;
     QProcess xclip;
@@ -68,7 +68,8 @@ for point in "$((X + WIDTH / 2)) $((Y + HEIGHT / 2))" "$((X + 8)) $((Y + HEIGHT 
   sleep 0.3 # apart, so that no two clicks make a double click
 done
 )sh";
-    user.start(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLatin1(script), QStringLiteral("user"), title});
+    user.start(
+        QStringLiteral("sh"), { QStringLiteral("-c"), QString::fromLatin1(script), QStringLiteral("user"), title });
     return user.waitForStarted();
 }
 

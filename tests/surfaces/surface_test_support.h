@@ -29,7 +29,6 @@
 
 namespace ledgewise::testing {
 
-
 // The working timer (its session never started here) and the placeholders.
 inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &timer)
 {
@@ -41,7 +40,11 @@ inline std::vector<std::unique_ptr<LedgewiseModule>> testModules(TimerSession &t
 class TestContext final : public SurfaceContext
 {
 public:
-    TestContext() : store(settings), timer(nullptr, nullptr), registry(testModules(timer)) {}
+    TestContext()
+        : store(settings)
+        , timer(nullptr, nullptr)
+        , registry(testModules(timer))
+    { }
 
     PreferencesStore &preferencesStore() override { return store; }
     QList<LedgewiseModule *> modulesOf(NotchSide side) override { return registry.modules(side, store.current()); }
@@ -54,9 +57,9 @@ public:
             saves->save(payload);
     }
     DropSaves *dropSaves() override { return saves; }
-    void openSettings() override {}
-    void checkForUpdates() override {}
-    void quit() override {}
+    void openSettings() override { }
+    void checkForUpdates() override { }
+    void quit() override { }
 
     FakeKeyValueStore settings;
     PreferencesStore store;
@@ -69,31 +72,36 @@ public:
 // The window's geometry as the X server has it, found by its name like any tool would.
 inline QRect xGeometry(const QString &name)
 {
-    const QString id = xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(QLatin1Char('\n'), 0, 0);
+    const QString id
+        = xdotool({ QStringLiteral("search"), QStringLiteral("--name"), name }).section(QLatin1Char('\n'), 0, 0);
     if (id.isEmpty())
         return {};
-    const QString shell = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id});
+    const QString shell = xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), id });
     QRect rect;
     for (const QString &line : shell.split(QLatin1Char('\n'))) {
         const QString key = line.section(QLatin1Char('='), 0, 0);
         const int value = line.section(QLatin1Char('='), 1).toInt();
-        if (key == QLatin1String("X")) rect.moveLeft(value);
-        if (key == QLatin1String("Y")) rect.moveTop(value);
-        if (key == QLatin1String("WIDTH")) rect.setWidth(value);
-        if (key == QLatin1String("HEIGHT")) rect.setHeight(value);
+        if (key == QLatin1String("X"))
+            rect.moveLeft(value);
+        if (key == QLatin1String("Y"))
+            rect.moveTop(value);
+        if (key == QLatin1String("WIDTH"))
+            rect.setWidth(value);
+        if (key == QLatin1String("HEIGHT"))
+            rect.setHeight(value);
     }
     return rect;
 }
 
 inline void pointerTo(const QPoint &point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) });
 }
 
 inline void clickAt(const QPoint &point)
 {
     pointerTo(point);
-    xdotool({QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({ QStringLiteral("click"), QStringLiteral("1") });
 }
 
 // Plays the compositing manager's part on the display for as long as it lives: it owns
@@ -109,10 +117,10 @@ public:
         const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
         const xcb_window_t owner = xcb_generate_id(m_connection);
         xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, owner, screen->root, 0, 0, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
         const char name[] = "_NET_WM_CM_S0";
-        const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-            m_connection, xcb_intern_atom(m_connection, false, sizeof name - 1, name), nullptr));
+        const XcbReply<xcb_intern_atom_reply_t> atom(
+            xcb_intern_atom_reply(m_connection, xcb_intern_atom(m_connection, false, sizeof name - 1, name), nullptr));
         if (atom)
             xcb_set_selection_owner(m_connection, owner, atom->atom, XCB_CURRENT_TIME);
         roundTrip();
@@ -124,8 +132,8 @@ public:
 private:
     void roundTrip()
     {
-        XcbReply<xcb_get_input_focus_reply_t>{
-            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr)};
+        XcbReply<xcb_get_input_focus_reply_t> { xcb_get_input_focus_reply(
+            m_connection, xcb_get_input_focus(m_connection), nullptr) };
     }
 
     xcb_connection_t *m_connection;
@@ -138,9 +146,9 @@ public:
     explicit HelperWindow(const QRect &geometry, const QStringList &options = {})
     {
         m_process.start(qEnvironmentVariable("WINDOW_HELPER"),
-                        QStringList{QString::number(geometry.x()), QString::number(geometry.y()),
-                                    QString::number(geometry.width()), QString::number(geometry.height())}
-                            + options);
+            QStringList { QString::number(geometry.x()), QString::number(geometry.y()),
+                QString::number(geometry.width()), QString::number(geometry.height()) }
+                + options);
         m_ready = m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
     }
     ~HelperWindow()
@@ -171,7 +179,6 @@ private:
 
 inline const QString left = QStringLiteral("Ledgewise left surface");
 inline const QString right = QStringLiteral("Ledgewise right surface");
-
 
 // A notch controller over the stand-in application, listening as the real one does.
 struct SurfaceFixture {

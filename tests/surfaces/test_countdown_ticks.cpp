@@ -69,8 +69,8 @@ private slots:
         // Connected after the timer module's own listener: it runs once the module's
         // glance, and with it every surface, has taken the tick.
         connect(&m_fixture->context->timer, &TimerSession::ticked, this, [this] {
-            m_ticks.append({m_fixture->context->timer.remainingText(), glanceText(NotchSide::left),
-                            glanceText(NotchSide::right)});
+            m_ticks.append({ m_fixture->context->timer.remainingText(), glanceText(NotchSide::left),
+                glanceText(NotchSide::right) });
         });
     }
 
@@ -123,12 +123,13 @@ private slots:
         // One timer besides the repaints, the countdown's: one event for each tick (the
         // observation may start or end between a tick's timer and its refresh).
         QVERIFY2(others.size() == 1, qPrintable(others.join(QStringLiteral("; "))));
-        QVERIFY2(qAbs(otherEvents - ticks) <= 1, qPrintable(QStringLiteral("%1 for %2 ticks").arg(otherEvents).arg(ticks)));
+        QVERIFY2(
+            qAbs(otherEvents - ticks) <= 1, qPrintable(QStringLiteral("%1 for %2 ticks").arg(otherEvents).arg(ticks)));
         // Both active surfaces show the new text: each is repainted once a tick.
-        for (NotchSide side : {NotchSide::left, NotchSide::right}) {
+        for (NotchSide side : { NotchSide::left, NotchSide::right }) {
             const int repaints = counter.updateRequests.value(surface(side)->window());
             QVERIFY2(repaints >= ticks - 1 && repaints <= ticks + 1,
-                     qPrintable(QStringLiteral("%1 repaints in %2 ticks").arg(repaints).arg(ticks)));
+                qPrintable(QStringLiteral("%1 repaints in %2 ticks").arg(repaints).arg(ticks)));
         }
     }
 
@@ -152,14 +153,14 @@ private slots:
         // The counting works: the active surface, whose clock moves, took about a frame
         // a tick (the last tick's may still be on its way).
         QVERIFY2(activeFrames.count() >= ticks - 1 && activeFrames.count() <= ticks + 1,
-                 qPrintable(QStringLiteral("%1 frames in %2 ticks").arg(activeFrames.count()).arg(ticks)));
+            qPrintable(QStringLiteral("%1 frames in %2 ticks").arg(activeFrames.count()).arg(ticks)));
         QCOMPARE(openRenders.count(), 0);
         QCOMPARE(openFrames.count(), 0);
     }
 
     void theOpenTimerPanelTakesAFrameATick()
     {
-        m_fixture->context->store.update([](Preferences &p) { p.leftModuleIDs = {ModuleID::timer}; });
+        m_fixture->context->store.update([](Preferences &p) { p.leftModuleIDs = { ModuleID::timer }; });
         m_fixture->controller->toggle(NotchSide::left);
         QTRY_COMPARE_WITH_TIMEOUT(xGeometry(left).size(), QSize(268, 340), 10000);
         m_fixture->context->timer.start(300);
@@ -172,7 +173,7 @@ private slots:
         const int ticks = int(m_ticks.size() - before);
         QCOMPARE(clock->property("text").toString(), m_fixture->context->timer.remainingText());
         QVERIFY2(frames.count() >= ticks - 1 && frames.count() <= ticks + 1,
-                 qPrintable(QStringLiteral("%1 frames in %2 ticks").arg(frames.count()).arg(ticks)));
+            qPrintable(QStringLiteral("%1 frames in %2 ticks").arg(frames.count()).arg(ticks)));
     }
 
     void programsStartedAfterwardsDoNotInheritThePacing()

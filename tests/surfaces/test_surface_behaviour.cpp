@@ -27,16 +27,16 @@ public:
     {
         if (!countdown)
             return std::nullopt;
-        return ModuleGlance{QStringLiteral("timer"), *countdown, true};
+        return ModuleGlance { QStringLiteral("timer"), *countdown, true };
     }
     // Each module's glance as the working modules give it.
     ModuleGlance glance(ModuleID id) const
     {
         if (id == ModuleID::clipboard)
-            return {systemImage(id), snippet};
+            return { systemImage(id), snippet };
         if (id == ModuleID::downloads)
-            return {systemImage(id), newestDownload.value_or(QStringLiteral("Downloads"))};
-        return {systemImage(id), title(id)};
+            return { systemImage(id), newestDownload.value_or(QStringLiteral("Downloads")) };
+        return { systemImage(id), title(id) };
     }
 
     bool application = true;
@@ -61,7 +61,10 @@ public:
 };
 
 struct Surface {
-    explicit Surface(NotchSide side = NotchSide::left) : model(side), behaviour(model, environment, effects) {}
+    explicit Surface(NotchSide side = NotchSide::left)
+        : model(side)
+        , behaviour(model, environment, effects)
+    { }
     NotchSurfaceModel model;
     FakeEnvironment environment;
     RecordingEffects effects;
@@ -103,7 +106,7 @@ private slots:
         QCOMPARE(s.model.glanceSymbol(), QStringLiteral("clipboard"));
         QCOMPARE(s.model.glanceText(), QStringLiteral("copied text"));
 
-        s.environment.prefs.leftModuleIDs = {ModuleID::timer, ModuleID::clipboard};
+        s.environment.prefs.leftModuleIDs = { ModuleID::timer, ModuleID::clipboard };
         s.behaviour.refreshGlance();
         QCOMPARE(s.model.glanceSymbol(), QStringLiteral("timer"));
         QCOMPARE(s.model.glanceText(), QStringLiteral("Timer"));
@@ -113,7 +116,7 @@ private slots:
         QCOMPARE(right.model.glanceSymbol(), QStringLiteral("square.grid.2x2"));
         QCOMPARE(right.model.glanceText(), QStringLiteral("Launcher"));
 
-        right.environment.prefs.rightModuleIDs = {ModuleID::systemStatus};
+        right.environment.prefs.rightModuleIDs = { ModuleID::systemStatus };
         right.behaviour.refreshGlance();
         QCOMPARE(right.model.glanceSymbol(), QStringLiteral("chart.bar"));
         QCOMPARE(right.model.glanceText(), QStringLiteral("System"));
@@ -123,7 +126,7 @@ private slots:
     void downloadsGlanceNamesTheNewestFileOrSaysDownloads()
     {
         Surface s;
-        s.environment.prefs.leftModuleIDs = {ModuleID::downloads};
+        s.environment.prefs.leftModuleIDs = { ModuleID::downloads };
         s.behaviour.refreshGlance();
         QCOMPARE(s.model.glanceSymbol(), QStringLiteral("arrow.down.circle"));
         QCOMPARE(s.model.glanceText(), QStringLiteral("Downloads"));
@@ -150,12 +153,12 @@ private slots:
         QCOMPARE(s.model.activeText(), QStringLiteral("5:00"));
         QCOMPARE(s.model.glanceSymbol(), QStringLiteral("timer"));
         QCOMPARE(s.model.glanceText(), QStringLiteral("5:00"));
-        QCOMPARE(s.effects.moves, QStringList({"active"}));
+        QCOMPARE(s.effects.moves, QStringList({ "active" }));
     }
 
     void glanceAndExpandedKeepTheirPresentationUntilTheyCollapse()
     {
-        for (NotchPresentation open : {NotchPresentation::glance, NotchPresentation::expanded}) {
+        for (NotchPresentation open : { NotchPresentation::glance, NotchPresentation::expanded }) {
             Surface s;
             s.behaviour.setPresentation(open, true);
             s.environment.countdown = QStringLiteral("4:59");
@@ -177,7 +180,7 @@ private slots:
         QCOMPARE(s.model.glanceText(), QStringLiteral("copied while asleep"));
 
         Surface downloads;
-        downloads.environment.prefs.leftModuleIDs = {ModuleID::downloads};
+        downloads.environment.prefs.leftModuleIDs = { ModuleID::downloads };
         downloads.behaviour.refreshGlance();
         downloads.environment.newestDownload = QStringLiteral("arrived.zip");
         downloads.behaviour.handleHover(true);
@@ -226,7 +229,7 @@ private slots:
         QCOMPARE(s.effects.pendingHide, 0.35);
         s.behaviour.hideDidFire();
         QCOMPARE(s.presentation(), NotchPresentation::sleeping);
-        QCOMPARE(s.effects.moves, QStringList({"glance", "sleeping"}));
+        QCOMPARE(s.effects.moves, QStringList({ "glance", "sleeping" }));
     }
 
     void automaticHidingShortensTheDelays()
@@ -268,7 +271,7 @@ private slots:
         s.behaviour.clickedOutside();
         QCOMPARE(s.presentation(), NotchPresentation::sleeping);
         s.behaviour.clickedOutside(); // only an expanded surface reacts
-        QCOMPARE(s.effects.moves, QStringList({"expanded", "sleeping"}));
+        QCOMPARE(s.effects.moves, QStringList({ "expanded", "sleeping" }));
     }
 
     void reenteringWithinTheDelayKeepsTheSurface()

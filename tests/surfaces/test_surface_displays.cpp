@@ -34,10 +34,7 @@ private slots:
         QVERIFY(m_logind->registerService(QStringLiteral("org.freedesktop.login1")));
     }
 
-    void init()
-    {
-        m_fixture = std::make_unique<SurfaceFixture>();
-    }
+    void init() { m_fixture = std::make_unique<SurfaceFixture>(); }
 
     void cleanup()
     {
@@ -94,7 +91,7 @@ private slots:
         for (const auto &controller : m_fixture->controller->controllers()) {
             const bool nearest = controller->side() == NotchSide::left && controller->display().frame.minX() == 1512;
             QCOMPARE(controller->surface()->presentation(),
-                     nearest ? NotchPresentation::expanded : NotchPresentation::sleeping);
+                nearest ? NotchPresentation::expanded : NotchPresentation::sleeping);
         }
     }
 
@@ -104,7 +101,7 @@ private slots:
         pointerTo(QPoint(700, 500)); // on the primary display
         {
             // Keyboard focus is in a window of another application on the monitor.
-            HelperWindow focused(QRect(1512 + 600, 400, 200, 150), {QStringLiteral("--active")});
+            HelperWindow focused(QRect(1512 + 600, 400, 200, 150), { QStringLiteral("--active") });
             QVERIFY(focused.isReady());
             m_fixture->controller->rebuild(false);
             QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
@@ -112,7 +109,7 @@ private slots:
         }
         {
             // The active window on the primary display wins over the pointer elsewhere.
-            HelperWindow focused(QRect(600, 400, 200, 150), {QStringLiteral("--active")});
+            HelperWindow focused(QRect(600, 400, 200, 150), { QStringLiteral("--active") });
             QVERIFY(focused.isReady());
             pointerTo(QPoint(1512 + 700, 500));
             m_fixture->controller->rebuild(false);
@@ -146,13 +143,13 @@ private slots:
         m_fixture->controller->rebuild(false);
         QCOMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
         const QList<WId> before = windowIds();
-        xrandr({QStringLiteral("--delmonitor"), QStringLiteral("monitor-1")});
+        xrandr({ QStringLiteral("--delmonitor"), QStringLiteral("monitor-1") });
         QTRY_COMPARE(QGuiApplication::screens().size(), 1);
         QTRY_COMPARE(m_fixture->controller->controllers().size(), std::size_t(2));
         for (WId id : windowIds())
             QVERIFY(!before.contains(id));
-        xrandr({QStringLiteral("--setmonitor"), QStringLiteral("monitor-1"), QStringLiteral("1488/300x1000/200+1512+0"),
-                QStringLiteral("none")});
+        xrandr({ QStringLiteral("--setmonitor"), QStringLiteral("monitor-1"),
+            QStringLiteral("1488/300x1000/200+1512+0"), QStringLiteral("none") });
         QTRY_COMPARE(QGuiApplication::screens().size(), 2);
         QTRY_COMPARE(m_fixture->controller->controllers().size(), std::size_t(4));
         QCOMPARE(onDisplayAt(1512), 2);
@@ -180,8 +177,7 @@ private:
     void prepareForSleep(bool sleeping)
     {
         QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
-                                                         QStringLiteral("org.freedesktop.login1.Manager"),
-                                                         QStringLiteral("PrepareForSleep"));
+            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"));
         signal << sleeping;
         m_logind->send(signal);
     }

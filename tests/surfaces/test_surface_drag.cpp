@@ -26,7 +26,7 @@ struct Entry {
     QPoint before;
     QPoint at;
 };
-const Entry entries[] = {{QPoint(60, 60), QPoint(84, 9)}, {QPoint(120, 70), QPoint(118, 14)}};
+const Entry entries[] = { { QPoint(60, 60), QPoint(84, 9) }, { QPoint(120, 70), QPoint(118, 14) } };
 
 } // namespace
 
@@ -57,7 +57,7 @@ private slots:
         QVERIFY(surfaceLeft->surface()->isReceivingDrop());
         pointerTo(QPoint(120, 60));
         QTest::qWait(150);
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         QTRY_VERIFY(!surfaceLeft->surface()->isReceivingDrop());
         QCOMPARE(surfaceLeft->dropSummary(), QStringLiteral("dragged from elsewhere"));
         screenshot(QStringLiteral("real-drop"));
@@ -75,12 +75,12 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(surfaceLeft->surface()->presentation(), NotchPresentation::expanded, 3000);
         QVERIFY(surfaceLeft->surface()->hasDropPayload());
         // Out again, and let go over nothing that takes it.
-        for (const QPoint &step : {QPoint(200, 200), QPoint(500, 420), QPoint(900, 700), QPoint(1000, 720)}) {
+        for (const QPoint &step : { QPoint(200, 200), QPoint(500, 420), QPoint(900, 700), QPoint(1000, 720) }) {
             pointerTo(step);
             QTest::qWait(120);
         }
         QTRY_COMPARE(surfaceLeft->surface()->presentation(), NotchPresentation::sleeping);
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         QTRY_VERIFY_WITH_TIMEOUT(source.canReadLine() || (source.waitForReadyRead(100) && source.canReadLine()), 10000);
         QCOMPARE(source.readLine().trimmed(), QByteArray("ignored"));
         QVERIFY(!surfaceLeft->surface()->isReceivingDrop());
@@ -96,7 +96,7 @@ private slots:
         QTest::addColumn<DragSourceProcess::Toolkit>("toolkit");
         QTest::addColumn<Release>("release");
         using Toolkit = DragSourceProcess::Toolkit;
-        for (const auto &[toolkit, name] : {std::pair(Toolkit::gtk, "gtk"), std::pair(Toolkit::qt, "qt")}) {
+        for (const auto &[toolkit, name] : { std::pair(Toolkit::gtk, "gtk"), std::pair(Toolkit::qt, "qt") }) {
             QTest::addRow("%s, released where it entered", name) << toolkit << Release::whereItEntered;
             QTest::addRow("%s, released deeper", name) << toolkit << Release::deeper;
             QTest::addRow("%s, after a cancelled drag", name) << toolkit << Release::afterACancelledDrag;
@@ -113,8 +113,8 @@ private slots:
         QFETCH(Release, release);
         const bool gtk = toolkit == DragSourceProcess::Toolkit::gtk;
         const QString expectedSummary = gtk ? QStringLiteral("example.org") : QStringLiteral("a kept drop");
-        DragSourceProcess source(toolkit, QPoint(600, 500), QStringLiteral("a kept drop"),
-                                 QStringLiteral("https://example.org/kept"));
+        DragSourceProcess source(
+            toolkit, QPoint(600, 500), QStringLiteral("a kept drop"), QStringLiteral("https://example.org/kept"));
         QVERIFY(source.isReady());
         m_fixture->context->store.update([](Preferences &p) {
             p.style = NotchStyle::pill;
@@ -126,26 +126,29 @@ private slots:
 
         for (int round = 0; round < 10; ++round) {
             const Entry &entry = entries[round % 2];
-            const auto where = [&] { return QStringLiteral("round %1, entered at %2,%3").arg(round).arg(entry.at.x()).arg(entry.at.y()); };
+            const auto where = [&] {
+                return QStringLiteral("round %1, entered at %2,%3").arg(round).arg(entry.at.x()).arg(entry.at.y());
+            };
             if (release == Release::afterACancelledDrag) {
-                source.dragThrough({QPoint(500, 400), QPoint(300, 200), entry.before, entry.at});
-                QTRY_VERIFY2_WITH_TIMEOUT(surfaceLeft->surface()->presentation() == NotchPresentation::expanded,
-                                          qPrintable(where()), 5000);
+                source.dragThrough({ QPoint(500, 400), QPoint(300, 200), entry.before, entry.at });
+                QTRY_VERIFY2_WITH_TIMEOUT(
+                    surfaceLeft->surface()->presentation() == NotchPresentation::expanded, qPrintable(where()), 5000);
                 // Out again and let go at once, while the surface closes.
-                DragSourceProcess::moveThrough({QPoint(400, 420), QPoint(700, 600), QPoint(900, 700)}, 60);
+                DragSourceProcess::moveThrough({ QPoint(400, 420), QPoint(700, 600), QPoint(900, 700) }, 60);
                 QCOMPARE(source.release(), QByteArray("ignored"));
                 QVERIFY2(!surfaceLeft->surface()->hasDropPayload(), qPrintable(where()));
             }
 
-            source.dragThrough({QPoint(500, 400), QPoint(300, 200), entry.before, entry.at});
-            QTRY_VERIFY2_WITH_TIMEOUT(surfaceLeft->surface()->presentation() == NotchPresentation::expanded,
-                                      qPrintable(where()), 5000);
+            source.dragThrough({ QPoint(500, 400), QPoint(300, 200), entry.before, entry.at });
+            QTRY_VERIFY2_WITH_TIMEOUT(
+                surfaceLeft->surface()->presentation() == NotchPresentation::expanded, qPrintable(where()), 5000);
             // The panel opens all the way under the pointer before the user lets go.
             QTRY_VERIFY2_WITH_TIMEOUT(xGeometry(left) == QRect(80, 0, 268, 340), qPrintable(where()), 5000);
             if (release == Release::deeper)
-                DragSourceProcess::moveThrough({entry.at + QPoint(0, 20), entry.at + QPoint(0, 40)});
+                DragSourceProcess::moveThrough({ entry.at + QPoint(0, 20), entry.at + QPoint(0, 40) });
             const QByteArray outcome = source.release();
-            QVERIFY2(outcome == "copy", qPrintable(where() + QStringLiteral(": the source saw ") + QString::fromLatin1(outcome)));
+            QVERIFY2(outcome == "copy",
+                qPrintable(where() + QStringLiteral(": the source saw ") + QString::fromLatin1(outcome)));
             // Dropped: the drop's actions show in the open panel.
             QTRY_VERIFY2_WITH_TIMEOUT(!surfaceLeft->surface()->isReceivingDrop(), qPrintable(where()), 5000);
             QVERIFY2(surfaceLeft->surface()->hasDropPayload(), qPrintable(where()));
@@ -173,15 +176,16 @@ private:
         });
         m_fixture->controller->rebuild(false);
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
-        source.start(qEnvironmentVariable("DRAG_SOURCE"), {QStringLiteral("600"), QStringLiteral("500"), text});
+        source.start(qEnvironmentVariable("DRAG_SOURCE"), { QStringLiteral("600"), QStringLiteral("500"), text });
         QVERIFY(source.waitForReadyRead(10000));
         QCOMPARE(source.readLine().trimmed(), QByteArray("ready"));
         QTRY_VERIFY(!xGeometry(QStringLiteral("drag source")).isEmpty());
 
         pointerTo(QPoint(650, 550));
-        xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousedown"), QStringLiteral("1") });
         // Move in steps, as a hand does, so the drag protocol sees the way in.
-        for (const QPoint &step : {QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16)}) {
+        for (const QPoint &step :
+            { QPoint(600, 400), QPoint(400, 200), QPoint(200, 40), QPoint(122, 15), QPoint(123, 16) }) {
             pointerTo(step);
             QTest::qWait(120);
         }

@@ -53,8 +53,8 @@ QRegion xShape(xcb_window_t window, xcb_shape_kind_t kind)
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
         const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
             connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr));
-        const XcbReply<xcb_shape_get_rectangles_reply_t> shape(xcb_shape_get_rectangles_reply(
-            connection, xcb_shape_get_rectangles(connection, window, kind), nullptr));
+        const XcbReply<xcb_shape_get_rectangles_reply_t> shape(
+            xcb_shape_get_rectangles_reply(connection, xcb_shape_get_rectangles(connection, window, kind), nullptr));
         if (origin && shape) {
             const xcb_rectangle_t *rects = xcb_shape_get_rectangles_rectangles(shape.get());
             for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(shape.get()); ++i)
@@ -68,13 +68,13 @@ QRegion xShape(xcb_window_t window, xcb_shape_kind_t kind)
 
 void pointerTo(const QPoint &point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) });
 }
 
 void clickAt(const QPoint &point)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()), QStringLiteral("click"),
-             QStringLiteral("1")});
+    xdotool({ QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
+        QStringLiteral("click"), QStringLiteral("1") });
 }
 
 QAccessible::Role roleOf(QQuickItem *item)
@@ -93,12 +93,12 @@ QRectF visibleRect(QQuickItem *item)
         const qreal height = item->property("contentHeight").toReal();
         const int align = item->property("horizontalAlignment").toInt();
         const qreal x = align == Qt::AlignRight ? box.width() - width
-                        : align == Qt::AlignHCenter ? (box.width() - width) / 2
-                                                    : 0;
+            : align == Qt::AlignHCenter         ? (box.width() - width) / 2
+                                                : 0;
         const int valign = item->property("verticalAlignment").toInt();
         const qreal y = valign == Qt::AlignBottom ? box.height() - height
-                        : valign == Qt::AlignVCenter ? (box.height() - height) / 2
-                                                     : 0;
+            : valign == Qt::AlignVCenter          ? (box.height() - height) / 2
+                                                  : 0;
         box |= QRectF(x, y, width, height);
     }
     QRectF rect = item->mapRectToScene(box);
@@ -127,7 +127,8 @@ struct Control {
 QString describe(QQuickItem *item)
 {
     QString text = item->property("text").toString().left(30);
-    return QStringLiteral("%1 \"%2\" %3").arg(item->objectName(), text, QString::fromLatin1(item->metaObject()->className()));
+    return QStringLiteral("%1 \"%2\" %3")
+        .arg(item->objectName(), text, QString::fromLatin1(item->metaObject()->className()));
 }
 
 // Every control and text the open surface shows.
@@ -138,10 +139,10 @@ void collect(QQuickItem *item, QList<Control> &into)
     const QAccessible::Role role = roleOf(item);
     const bool button = role == QAccessible::Button;
     const bool text = (item->inherits("QQuickText") && !item->property("text").toString().isEmpty())
-                      || item->inherits("QQuickTextInput") || role == QAccessible::EditableText;
+        || item->inherits("QQuickTextInput") || role == QAccessible::EditableText;
     const bool picture = item->inherits("QQuickImage");
     if ((button || text || picture) && shown(item))
-        into.append({item, visibleRect(item), button});
+        into.append({ item, visibleRect(item), button });
     for (QQuickItem *child : item->childItems())
         collect(child, into);
 }
@@ -163,15 +164,15 @@ QStringList outsideTheShape(NotchWindowController *surface, const QList<Control>
     const QRegion input = xShape(id, XCB_SHAPE_SK_INPUT);
     QStringList outside;
     if (bounding.isEmpty() || input.isEmpty())
-        return {QStringLiteral("no shape read back")};
+        return { QStringLiteral("no shape read back") };
     for (const Control &control : controls) {
         const QRect onScreen = control.rect.translated(window->position()).toAlignedRect();
-        for (const auto &[name, shape] : {std::pair{"bounding", bounding}, std::pair{"input", input}}) {
+        for (const auto &[name, shape] : { std::pair { "bounding", bounding }, std::pair { "input", input } }) {
             const QRegion cut = QRegion(onScreen).subtracted(shape);
             if (!cut.isEmpty()) {
                 outside << QStringLiteral("%1 at %2 is cut by the %3 shape at %4")
                                .arg(describe(control.item), QDebug::toString(onScreen), QLatin1String(name),
-                                    QDebug::toString(cut.boundingRect()));
+                                   QDebug::toString(cut.boundingRect()));
             }
         }
     }
@@ -195,8 +196,8 @@ private slots:
         // The newest Downloads: a few files, one with a long name.
         const QString downloads = QDir::home().filePath(QStringLiteral("Downloads"));
         QVERIFY(QDir().mkpath(downloads));
-        for (const QString &name : {QStringLiteral("report.pdf"), QStringLiteral("holiday-photos.zip"),
-                                    QStringLiteral("a-very-long-file-name-that-is-wider-than-any-row-could-show.tar.gz")}) {
+        for (const QString &name : { QStringLiteral("report.pdf"), QStringLiteral("holiday-photos.zip"),
+                 QStringLiteral("a-very-long-file-name-that-is-wider-than-any-row-could-show.tar.gz") }) {
             QFile file(QDir(downloads).filePath(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write("data");
@@ -215,7 +216,7 @@ private slots:
 
     void cleanup()
     {
-        xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
         pointerTo(elsewhere);
         if (m_model->timer().isRunning())
             m_model->timer().cancel();
@@ -231,11 +232,11 @@ private slots:
         QTest::addColumn<ModuleID>("module");
         QTest::addColumn<NotchSide>("side");
         for (NotchStyle style : allNotchStyles) {
-            for (ModuleID module : {ModuleID::clipboard, ModuleID::downloads, ModuleID::timer, ModuleID::launcher,
-                                    ModuleID::calendar}) {
-                for (NotchSide side : {NotchSide::left, NotchSide::right}) {
+            for (ModuleID module :
+                { ModuleID::clipboard, ModuleID::downloads, ModuleID::timer, ModuleID::launcher, ModuleID::calendar }) {
+                for (NotchSide side : { NotchSide::left, NotchSide::right }) {
                     QTest::addRow("%s-%s-%s", qPrintable(rawValue(style)), qPrintable(rawValue(module)),
-                                  qPrintable(rawValue(side)))
+                        qPrintable(rawValue(side)))
                         << style << module << side;
                 }
             }
@@ -246,23 +247,24 @@ private slots:
         QFETCH(NotchStyle, style);
         QFETCH(ModuleID, module);
         QFETCH(NotchSide, side);
-        const QStringList copies = {QStringLiteral("short note %1").arg(++m_round),
-                                    QStringLiteral("a longer line copied from somewhere, far too wide for the row %1").arg(m_round),
-                                    QStringLiteral("third %1").arg(m_round)};
+        const QStringList copies = { QStringLiteral("short note %1").arg(++m_round),
+            QStringLiteral("a longer line copied from somewhere, far too wide for the row %1").arg(m_round),
+            QStringLiteral("third %1").arg(m_round) };
         if (module == ModuleID::clipboard) {
             // Another application copies, as a user would.
             for (const QString &text : copies) {
                 QVERIFY(copyElsewhere(text.toUtf8()));
-                QTRY_VERIFY_WITH_TIMEOUT(!m_model->clipboard().items().isEmpty()
-                                             && m_model->clipboard().items().constFirst().text == text,
-                                         settleMs);
+                QTRY_VERIFY_WITH_TIMEOUT(
+                    !m_model->clipboard().items().isEmpty() && m_model->clipboard().items().constFirst().text == text,
+                    settleMs);
             }
         }
         m_model->prefs().update([&](Preferences &p) {
             p.style = style;
-            p.leftModuleIDs = side == NotchSide::left ? QList<ModuleID>{module} : QList<ModuleID>{};
-            p.rightModuleIDs = side == NotchSide::right ? QList<ModuleID>{module} : QList<ModuleID>{};
-            p.launcherItems = {website(QStringLiteral("Example")), website(QStringLiteral("A site with a long title that cannot fit"))};
+            p.leftModuleIDs = side == NotchSide::left ? QList<ModuleID> { module } : QList<ModuleID> {};
+            p.rightModuleIDs = side == NotchSide::right ? QList<ModuleID> { module } : QList<ModuleID> {};
+            p.launcherItems = { website(QStringLiteral("Example")),
+                website(QStringLiteral("A site with a long title that cannot fit")) };
         });
         NotchWindowController *surface = open(side);
         QVERIFY(surface);
@@ -274,7 +276,7 @@ private slots:
             expectInside(surface);
             // Pin pins the entry of its row, and a second press unpins it.
             for (const QString &text : copies) {
-                for (bool pinned : {true, false}) {
+                for (bool pinned : { true, false }) {
                     press(pinButtonOf(root, text));
                     QTRY_COMPARE(isPinned(text), pinned);
                 }
@@ -316,7 +318,7 @@ private slots:
             expectInside(surface);
             press(findItem(root, QStringLiteral("cancelButton")));
             QTRY_VERIFY(!m_model->timer().isRunning());
-            for (int minutes : {5, 10, 15, 30}) {
+            for (int minutes : { 5, 10, 15, 30 }) {
                 QQuickItem *preset = nullptr;
                 QTRY_VERIFY(placed(preset = findItem(root, QStringLiteral("preset_%1").arg(minutes))));
                 press(preset);
@@ -327,11 +329,12 @@ private slots:
             break;
         }
         case ModuleID::launcher: {
-            QTRY_VERIFY(placed(findItem(root, QStringLiteral("launcherRow_1"))) && placed(findItem(root, QStringLiteral("addFile"))));
+            QTRY_VERIFY(placed(findItem(root, QStringLiteral("launcherRow_1")))
+                && placed(findItem(root, QStringLiteral("addFile"))));
             expectInside(surface);
             // Opening a site, choosing an app or a file, adding a site and the address
             // field: the press lands.
-            for (const char *name : {"launcherRow_0", "launcherRow_1", "addApp", "addFile", "addSiteButton"})
+            for (const char *name : { "launcherRow_0", "launcherRow_1", "addApp", "addFile", "addSiteButton" })
                 pressAndLetGo(findItem(root, QString::fromLatin1(name)));
             QVERIFY(!QGuiApplication::modalWindow()); // let go elsewhere, none was clicked
             pressAndLetGo(findItem(root, QStringLiteral("addressField")));
@@ -359,7 +362,7 @@ private slots:
         QTest::addColumn<NotchStyle>("style");
         QTest::addColumn<NotchSide>("side");
         for (NotchStyle style : allNotchStyles) {
-            for (NotchSide side : {NotchSide::left, NotchSide::right})
+            for (NotchSide side : { NotchSide::left, NotchSide::right })
                 QTest::addRow("%s-%s", qPrintable(rawValue(style)), qPrintable(rawValue(side))) << style << side;
         }
     }
@@ -387,7 +390,7 @@ private slots:
         expectInside(surface);
         // The row's buttons and the one below it take a press at their centre; Copy
         // copies the words and gives the panel back to the modules.
-        for (const char *name : {"dropAction_save", "dropAction_share", "dropAction_open", "dropAction_airDrop"})
+        for (const char *name : { "dropAction_save", "dropAction_share", "dropAction_open", "dropAction_airDrop" })
             pressAndLetGo(findItem(root, QString::fromLatin1(name)));
         press(findItem(root, QStringLiteral("dropAction_copy")));
         QTRY_COMPARE(QGuiApplication::clipboard()->text(), words);
@@ -438,15 +441,15 @@ private slots:
         QFETCH(bool, counting);
         m_model->prefs().update([&](Preferences &p) {
             p.style = style;
-            p.leftModuleIDs = {ModuleID::clipboard};
+            p.leftModuleIDs = { ModuleID::clipboard };
         });
         // A short newest copy: a text cut short at its end paints less than its box.
         const QString copied = QStringLiteral("note %1").arg(++m_round);
         QVERIFY(copyElsewhere(copied.toUtf8()));
         NotchWindowController *surface = this->surface(NotchSide::left);
-        QTRY_VERIFY_WITH_TIMEOUT(!m_model->clipboard().items().isEmpty()
-                                     && m_model->clipboard().items().constFirst().text == copied,
-                                 settleMs);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !m_model->clipboard().items().isEmpty() && m_model->clipboard().items().constFirst().text == copied,
+            settleMs);
         const NotchPresentation presentation = counting ? NotchPresentation::active : NotchPresentation::glance;
         if (counting) {
             m_model->timer().start(5 * 60);
@@ -472,7 +475,7 @@ private slots:
             return (symbolBox | textBox).center() - QRectF(QPointF(), surface->window()->size()).center();
         };
         QTRY_VERIFY2(std::abs(offCentre().x()) <= 1 && std::abs(offCentre().y()) <= 1,
-                     qPrintable(QDebug::toString(offCentre())));
+            qPrintable(QDebug::toString(offCentre())));
         QVERIFY(text->property("contentWidth").toReal() > 10); // a text was shown
         pointerTo(elsewhere);
         if (counting)
@@ -535,9 +538,10 @@ private:
             QTRY_VERIFY_WITH_TIMEOUT(xGeometryOf(surface) == surface->targetFrame(now), settleMs);
             clickAt(surface->targetFrame(now).center());
             QTRY_COMPARE_WITH_TIMEOUT(surface->surface()->presentation(), NotchPresentation::expanded, settleMs);
-            QTRY_VERIFY_WITH_TIMEOUT(xGeometryOf(surface) == surface->targetFrame(NotchPresentation::expanded), settleMs);
-            QTRY_VERIFY_WITH_TIMEOUT(surface->window()->position() == surface->targetFrame(NotchPresentation::expanded).topLeft(),
-                                     settleMs);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                xGeometryOf(surface) == surface->targetFrame(NotchPresentation::expanded), settleMs);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                surface->window()->position() == surface->targetFrame(NotchPresentation::expanded).topLeft(), settleMs);
             opened = true;
         }();
         return opened ? surface : nullptr;
@@ -557,7 +561,7 @@ private:
         const bool inside = QTest::qWaitFor(
             [&] {
                 const QList<Control> controls = controlsOf(surface);
-                outside = controls.isEmpty() ? QStringList{QStringLiteral("nothing shown")}
+                outside = controls.isEmpty() ? QStringList { QStringLiteral("nothing shown") }
                                              : outsideTheShape(surface, controls);
                 return outside.isEmpty();
             },
@@ -572,8 +576,8 @@ private:
         // Where the item is once its layout has placed it.
         QVERIFY(QQuickTest::qWaitForPolish(item->window(), 5000));
         const QPoint centre = centreOnScreen(item);
-        xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
-                 QStringLiteral("click"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
+            QStringLiteral("click"), QStringLiteral("1") });
     }
 
     // A press at the item's centre that lands on the item (the item or a part of it
@@ -588,8 +592,8 @@ private:
         QVERIFY(QQuickTest::qWaitForPolish(item->window(), 5000));
         const QPoint centre = centreOnScreen(item);
         QQuickWindow *window = item->window();
-        xdotool({QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
-                 QStringLiteral("mousedown"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QString::number(centre.x()), QString::number(centre.y()),
+            QStringLiteral("mousedown"), QStringLiteral("1") });
         const auto onItem = [&] {
             for (QQuickItem *grabber = window->mouseGrabberItem(); grabber; grabber = grabber->parentItem()) {
                 if (grabber == item)
@@ -599,8 +603,8 @@ private:
         };
         const bool landed = QTest::qWaitFor(onItem, 5000);
         const QPoint away = window->position() + QPoint(window->width() / 2, 2);
-        xdotool({QStringLiteral("mousemove"), QString::number(away.x()), QString::number(away.y()),
-                 QStringLiteral("mouseup"), QStringLiteral("1")});
+        xdotool({ QStringLiteral("mousemove"), QString::number(away.x()), QString::number(away.y()),
+            QStringLiteral("mouseup"), QStringLiteral("1") });
         QVERIFY2(landed, qPrintable(describe(item)));
     }
 

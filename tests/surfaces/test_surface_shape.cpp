@@ -42,10 +42,7 @@ private slots:
         QVERIFY(shape.contains(QPoint(134, 338)));
     }
 
-    void squareCornersWithoutARadius()
-    {
-        QCOMPARE(roundedRegion(QSize(100, 40), 0), QRegion(0, 0, 100, 40));
-    }
+    void squareCornersWithoutARadius() { QCOMPARE(roundedRegion(QSize(100, 40), 0), QRegion(0, 0, 100, 40)); }
 };
 
 QTEST_GUILESS_MAIN(TestSurfaceShape)

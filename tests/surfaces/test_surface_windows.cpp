@@ -7,21 +7,21 @@
 #include "modules/module_registry.h"
 #include "surfaces/notch_controller.h"
 #include "tests/support/fake_key_value_store.h"
-#include "tests/surfaces/surface_test_support.h"
 #include "tests/support/quick_item_search.h"
+#include "tests/surfaces/surface_test_support.h"
 
 #include <QAccessible>
 #include <QDir>
 #include <QGuiApplication>
-#include <QProcess>
-#include <QQmlEngine>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QRasterWindow>
-#include <QMimeData>
+#include <QPointer>
+#include <QProcess>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QPointer>
+#include <QRasterWindow>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
@@ -30,8 +30,6 @@
 
 using namespace ledgewise;
 using namespace ledgewise::testing;
-
-
 
 namespace {
 
@@ -214,7 +212,7 @@ private slots:
         QVERIFY(actions && actions->isVisible());
         QStringList titles;
         qreal lastX = -1;
-        for (const char *name : {"dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open"}) {
+        for (const char *name : { "dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open" }) {
             QQuickItem *button = findItem(actions, QString::fromLatin1(name));
             QVERIFY2(button, name);
             QVERIFY(button->x() > lastX); // one row, in this order
@@ -224,27 +222,29 @@ private slots:
             QCOMPARE(accessible->role(), QAccessible::Button);
             titles << accessible->text(QAccessible::Name);
         }
-        QCOMPARE(titles, QStringList({"Copy", "Save", "Share", "Open"}));
+        QCOMPARE(titles, QStringList({ "Copy", "Save", "Share", "Open" }));
         // The row holds these four and nothing else.
         QQuickItem *row = findItem(actions, QStringLiteral("dropActionRow"));
         QVERIFY(row);
         QStringList inRow;
         for (QQuickItem *child : row->childItems()) {
-            if (QAccessible::queryAccessibleInterface(child) && QAccessible::queryAccessibleInterface(child)->role() == QAccessible::Button)
+            if (QAccessible::queryAccessibleInterface(child)
+                && QAccessible::queryAccessibleInterface(child)->role() == QAccessible::Button)
                 inRow << child->objectName();
         }
-        QCOMPARE(inRow, QStringList({"dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open"}));
+        QCOMPARE(inRow, QStringList({ "dropAction_copy", "dropAction_save", "dropAction_share", "dropAction_open" }));
         QQuickItem *airDrop = findItem(actions, QStringLiteral("dropAction_airDrop"));
         QVERIFY(airDrop);
-        QCOMPARE(QAccessible::queryAccessibleInterface(airDrop)->text(QAccessible::Name), QStringLiteral("Send to Device"));
+        QCOMPARE(
+            QAccessible::queryAccessibleInterface(airDrop)->text(QAccessible::Name), QStringLiteral("Send to Device"));
         QVERIFY(airDrop->mapToScene(QPointF(0, 0)).y()
-                > findItem(actions, QStringLiteral("dropAction_copy"))->mapToScene(QPointF(0, 0)).y());
+            > findItem(actions, QStringLiteral("dropAction_copy"))->mapToScene(QPointF(0, 0)).y());
         screenshot(QStringLiteral("drop"));
         surfaceLeft->performDropAction(QStringLiteral("share"));
         QVERIFY(surfaceLeft->surface()->hasDropPayload()); // share keeps the item
         surfaceLeft->performDropAction(QStringLiteral("save"));
         QVERIFY(!surfaceLeft->surface()->hasDropPayload());
-        QCOMPARE(m_fixture->context->performed, QStringList({"share", "save"}));
+        QCOMPARE(m_fixture->context->performed, QStringList({ "share", "save" }));
     }
 
     void everyOpeningStartsThePanelsAfresh()
@@ -252,7 +252,7 @@ private slots:
         // Classic corners: an open pill is a capsule whose top corners, where the
         // stepper sits, are cut away.
         m_fixture->context->store.update([](Preferences &p) {
-            p.leftModuleIDs = {ModuleID::timer};
+            p.leftModuleIDs = { ModuleID::timer };
             p.style = NotchStyle::classic;
         });
         m_fixture->controller->rebuild(false);
@@ -267,7 +267,8 @@ private slots:
         QCOMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("20 min"));
         for (int i = 0; i < 3; ++i)
             clickAt(onScreen(findItem(root, QStringLiteral("stepUp"))));
-        QTRY_COMPARE(findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("23 min"));
+        QTRY_COMPARE(
+            findItem(root, QStringLiteral("customLabel"))->property("text").toString(), QStringLiteral("23 min"));
 
         clickAt(QPoint(756, 600));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 84, 30));
@@ -327,7 +328,7 @@ private slots:
         clickAt(QPoint(80 + 38, 14));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
         clickAt(QPoint(700, 575));
-        QTRY_COMPARE(other.presses(), QStringList{QStringLiteral("700 575")});
+        QTRY_COMPARE(other.presses(), QStringList { QStringLiteral("700 575") });
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
     }
 
@@ -338,10 +339,10 @@ private slots:
         clickAt(QPoint(80 + 38, 14));
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
         // Like an open menu of another application: every click goes to its window.
-        HelperWindow menu(QRect(600, 500, 200, 150), {QStringLiteral("--grab")});
+        HelperWindow menu(QRect(600, 500, 200, 150), { QStringLiteral("--grab") });
         QVERIFY(menu.isReady());
         clickAt(QPoint(1000, 700));
-        QTRY_COMPARE(menu.presses(), QStringList{QStringLiteral("1000 700")});
+        QTRY_COMPARE(menu.presses(), QStringList { QStringLiteral("1000 700") });
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
     }
 
@@ -352,7 +353,7 @@ private slots:
         m_fixture->controller->rebuild(false); // mapped later, so above it
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 76, 28));
         clickAt(QPoint(81, 27)); // outside the rounded corner of radius 14
-        QTRY_COMPARE(behind.presses(), QStringList{QStringLiteral("81 27")});
+        QTRY_COMPARE(behind.presses(), QStringList { QStringLiteral("81 27") });
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
         clickAt(QPoint(80 + 38, 14)); // inside: the surface takes it
         QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
@@ -391,7 +392,7 @@ private slots:
         OwnDialog dialog(QRect(400, 400, 200, 150), Qt::ApplicationModal);
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         clickAt(QPoint(1100, 575));
-        QTRY_COMPARE(other.presses(), QStringList{QStringLiteral("1100 575")});
+        QTRY_COMPARE(other.presses(), QStringList { QStringLiteral("1100 575") });
         QTest::qWait(300);
         QCOMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::expanded);
         // Once the dialog is answered, the next click there closes the surface.
@@ -412,7 +413,7 @@ private slots:
         QTRY_COMPARE(xGeometry(left), QRect(80, 0, 268, 340));
         QTRY_COMPARE(xGeometry(QStringLiteral("Ledgewise left shadow")), QRect(64, 0, 300, 356));
         clickAt(QPoint(72, 200));
-        QTRY_COMPARE(behind.presses(), QStringList{QStringLiteral("72 200")});
+        QTRY_COMPARE(behind.presses(), QStringList { QStringLiteral("72 200") });
         QTRY_COMPARE(surface(NotchSide::left)->surface()->presentation(), NotchPresentation::sleeping);
     }
 
@@ -441,13 +442,13 @@ private slots:
             p.style = NotchStyle::classic;
             p.cornerRadius = 9;
         });
-        for (NotchPresentation presentation : {NotchPresentation::sleeping, NotchPresentation::glance,
-                                               NotchPresentation::active, NotchPresentation::expanded})
+        for (NotchPresentation presentation : { NotchPresentation::sleeping, NotchPresentation::glance,
+                 NotchPresentation::active, NotchPresentation::expanded })
             QCOMPARE(radiusIn(presentation), 9.0);
         // Minimal: never rounder than 10, even open at 400 high.
         m_fixture->context->store.update([](Preferences &p) { p.style = NotchStyle::minimal; });
-        for (NotchPresentation presentation : {NotchPresentation::sleeping, NotchPresentation::glance,
-                                               NotchPresentation::active, NotchPresentation::expanded})
+        for (NotchPresentation presentation : { NotchPresentation::sleeping, NotchPresentation::glance,
+                 NotchPresentation::active, NotchPresentation::expanded })
             QCOMPARE(radiusIn(presentation), 10.0);
     }
 
@@ -461,7 +462,7 @@ private slots:
         m_fixture->context->store.update([](Preferences &p) { p.opacity = 0.5; });
         image = window->grabWindow();
         QVERIFY2(qAlpha(image.pixel(20, 8)) > 110 && qAlpha(image.pixel(20, 8)) < 145,
-                 qPrintable(QString::number(qAlpha(image.pixel(20, 8)))));
+            qPrintable(QString::number(qAlpha(image.pixel(20, 8)))));
         QCOMPARE(qRed(image.pixel(20, 8)), 0);
     }
 
@@ -577,10 +578,9 @@ private slots:
         NotchWindowController *surfaceLeft = surface(NotchSide::left);
         NotchWindowController *surfaceRight = surface(NotchSide::right);
         // The notch spans 656 to 856; each surface keeps 8 from it.
-        const QList<std::pair<NotchPresentation, QSize>> sizes = {{NotchPresentation::sleeping, {76, 28}},
-                                                                  {NotchPresentation::glance, {162, 30}},
-                                                                  {NotchPresentation::active, {124, 30}},
-                                                                  {NotchPresentation::expanded, {268, 340}}};
+        const QList<std::pair<NotchPresentation, QSize>> sizes
+            = { { NotchPresentation::sleeping, { 76, 28 } }, { NotchPresentation::glance, { 162, 30 } },
+                  { NotchPresentation::active, { 124, 30 } }, { NotchPresentation::expanded, { 268, 340 } } };
         for (const auto &[presentation, size] : sizes) {
             surfaceLeft->behaviour().setPresentation(presentation, true);
             surfaceRight->behaviour().setPresentation(presentation, true);
@@ -615,7 +615,7 @@ private slots:
         QCOMPARE(durationAt(2.0), 190);
         const QEasingCurve curve = surfaceLeft->moveAnimation().easingCurve();
         QCOMPARE(curve.type(), QEasingCurve::BezierSpline);
-        QCOMPARE(curve.toCubicSpline(), QList<QPointF>({QPointF(0.16, 1.0), QPointF(0.3, 1.0), QPointF(1.0, 1.0)}));
+        QCOMPARE(curve.toCubicSpline(), QList<QPointF>({ QPointF(0.16, 1.0), QPointF(0.3, 1.0), QPointF(1.0, 1.0) }));
         QCOMPARE(NotchWindowController::animationDurationMs(1.0, true), 120);
     }
 

@@ -48,7 +48,8 @@ void markActive(const QWindow &window)
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const xcb_window_t id = xcb_window_t(window.winId());
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root, atom->atom, XCB_ATOM_WINDOW, 32, 1, &id);
-    ledgewise::XcbReply<xcb_get_input_focus_reply_t>{xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr)};
+    ledgewise::XcbReply<xcb_get_input_focus_reply_t> { xcb_get_input_focus_reply(
+        connection, xcb_get_input_focus(connection), nullptr) };
 }
 
 } // namespace
@@ -63,7 +64,7 @@ int main(int argc, char *argv[])
     window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint);
     window.setTitle(QStringLiteral("window helper"));
     window.setGeometry(QString::fromLatin1(argv[1]).toInt(), QString::fromLatin1(argv[2]).toInt(),
-                       QString::fromLatin1(argv[3]).toInt(), QString::fromLatin1(argv[4]).toInt());
+        QString::fromLatin1(argv[3]).toInt(), QString::fromLatin1(argv[4]).toInt());
     window.show();
     if (options.contains(QStringLiteral("--active")))
         markActive(window);

@@ -56,9 +56,9 @@ private:
         const QByteArray path = head.split(' ').value(1);
         switch (mode) {
         case Mode::feed:
-            answer(socket, "200 OK", "Content-Type: application/rss+xml\r\nContent-Length: "
-                                         + QByteArray::number(body.size()) + "\r\n",
-                   body);
+            answer(socket, "200 OK",
+                "Content-Type: application/rss+xml\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n",
+                body);
             break;
         case Mode::silent:
             break; // holds the connection and says nothing
@@ -70,7 +70,8 @@ private:
                 socket->write(QByteArray(4096, ' '));
             break;
         case Mode::hugeAnnounced:
-            socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/rss+xml\r\nContent-Length: 2000000\r\n\r\n<rss>");
+            socket->write(
+                "HTTP/1.1 200 OK\r\nContent-Type: application/rss+xml\r\nContent-Length: 2000000\r\n\r\n<rss>");
             break;
         case Mode::redirectLoop: {
             const QByteArray next = path == "/a" ? "/b" : "/a";
@@ -99,12 +100,19 @@ inline QByteArray appcastOf(const QByteArray &version)
     return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
            "<rss version=\"2.0\" xmlns:ac=\"https://ledgewise.org/xml-namespaces/appcast\">\n"
            "<channel><title>Ledgewise</title>\n"
-           "<item><title>Ledgewise " + version + "</title>\n"
-           "<link>https://ledgewise.org/download/" + version + "</link>\n"
-           "<ac:releaseNotesLink>https://ledgewise.org/notes/" + version + "</ac:releaseNotesLink>\n"
-           "<enclosure url=\"https://ledgewise.org/files/ledgewise.tar.gz\" ac:version=\"" + version
+           "<item><title>Ledgewise "
+        + version
+        + "</title>\n"
+          "<link>https://ledgewise.org/download/"
+        + version
+        + "</link>\n"
+          "<ac:releaseNotesLink>https://ledgewise.org/notes/"
+        + version
+        + "</ac:releaseNotesLink>\n"
+          "<enclosure url=\"https://ledgewise.org/files/ledgewise.tar.gz\" ac:version=\""
+        + version
         + "\" length=\"1\" type=\"application/octet-stream\"/>\n"
-           "</item></channel></rss>\n";
+          "</item></channel></rss>\n";
 }
 
 } // namespace ledgewise::testing

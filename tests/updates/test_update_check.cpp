@@ -23,8 +23,8 @@ namespace {
 
 // The controller with its window, over the test's own server.
 struct Updates {
-    explicit Updates(const QString &feed, std::chrono::milliseconds deadline = 15s,
-                     std::chrono::milliseconds quiet = 1min)
+    explicit Updates(
+        const QString &feed, std::chrono::milliseconds deadline = 15s, std::chrono::milliseconds quiet = 1min)
     {
         UpdateController::Options options;
         options.feed = QUrl(feed);
@@ -86,18 +86,19 @@ private slots:
         // The button opens the download page in the browser; the link the notes.
         QQuickItem *download = updates.item("downloadButton");
         QTest::mouseClick(updates.window->window(), Qt::LeftButton, {},
-                          download->mapToScene(QPointF(download->width() / 2, download->height() / 2)).toPoint());
-        QTRY_COMPARE(updates.opener.opened, QList<QUrl>{QUrl(QStringLiteral("https://ledgewise.org/download/0.2.0"))});
+            download->mapToScene(QPointF(download->width() / 2, download->height() / 2)).toPoint());
+        QTRY_COMPARE(
+            updates.opener.opened, QList<QUrl> { QUrl(QStringLiteral("https://ledgewise.org/download/0.2.0")) });
         QQuickItem *notes = updates.item("releaseNotesLink");
         QTest::mouseClick(updates.window->window(), Qt::LeftButton, {},
-                          notes->mapToScene(QPointF(notes->width() / 2, notes->height() / 2)).toPoint());
+            notes->mapToScene(QPointF(notes->width() / 2, notes->height() / 2)).toPoint());
         QTRY_COMPARE(updates.opener.opened.size(), 2);
         QCOMPARE(updates.opener.opened.last(), QUrl(QStringLiteral("https://ledgewise.org/notes/0.2.0")));
         // When it checked is kept for the next start.
-        QVERIFY(QDateTime::fromString(updates.settings.value(QString::fromLatin1(UpdateController::lastCheckKey)).toString(),
-                                      Qt::ISODate)
+        QVERIFY(QDateTime::fromString(
+                    updates.settings.value(QString::fromLatin1(UpdateController::lastCheckKey)).toString(), Qt::ISODate)
                     .secsTo(QDateTime::currentDateTimeUtc())
-                < 60);
+            < 60);
     }
 
     void theSameOrAnOlderVersionIsUpToDate_data()
@@ -142,11 +143,11 @@ private slots:
         for (const QByteArray &line : std::as_const(lines))
             headers.insert(line.left(line.indexOf(':')).toLower(), line.mid(line.indexOf(':') + 1).trimmed());
         const QMap<QByteArray, QByteArray> expected = {
-            {"host", "127.0.0.1:" + QByteArray::number(QUrl(server.url()).port())},
-            {"user-agent", "Ledgewise/0.1.0"},
-            {"accept-language", "*"},
-            {"accept-encoding", "identity"},
-            {"connection", "Keep-Alive"},
+            { "host", "127.0.0.1:" + QByteArray::number(QUrl(server.url()).port()) },
+            { "user-agent", "Ledgewise/0.1.0" },
+            { "accept-language", "*" },
+            { "accept-encoding", "identity" },
+            { "connection", "Keep-Alive" },
         };
         QCOMPARE(headers, expected);
     }
@@ -169,7 +170,8 @@ private slots:
         updates.controller->checkForUpdates();
         QTRY_COMPARE(updates.controller->state(), State::failed);
         QCOMPARE(updates.text("heading"), QStringLiteral("Ledgewise could not check for updates"));
-        QCOMPARE(updates.text("detail"), QStringLiteral("The update feed could not be read: it is not a valid appcast."));
+        QCOMPARE(
+            updates.text("detail"), QStringLiteral("The update feed could not be read: it is not a valid appcast."));
         QVERIFY(!updates.shows("downloadButton"));
         QVERIFY(updates.opener.opened.isEmpty());
     }
@@ -234,7 +236,8 @@ private slots:
         Updates updates(server.url(QStringLiteral("/a")));
         updates.controller->checkForUpdates();
         QTRY_COMPARE(updates.controller->state(), State::failed);
-        QCOMPARE(updates.text("detail"), QStringLiteral("The update feed could not be fetched: its address redirects in a loop."));
+        QCOMPARE(updates.text("detail"),
+            QStringLiteral("The update feed could not be fetched: its address redirects in a loop."));
         // Given up after a few rounds, not followed for ever.
         QVERIFY2(server.requests.size() <= 6, QByteArray::number(server.requests.size()));
     }
@@ -247,7 +250,8 @@ private slots:
         Updates missing(server.url());
         missing.controller->checkForUpdates();
         QTRY_COMPARE(missing.controller->state(), State::failed);
-        QCOMPARE(missing.text("detail"), QStringLiteral("The update feed could not be fetched: the server answered 404 Not Found."));
+        QCOMPARE(missing.text("detail"),
+            QStringLiteral("The update feed could not be fetched: the server answered 404 Not Found."));
 
         // A port where nothing listens.
         QTcpServer closed;
@@ -258,12 +262,12 @@ private slots:
         unreachable.controller->checkForUpdates();
         QTRY_COMPARE(unreachable.controller->state(), State::failed);
         QVERIFY2(unreachable.text("detail").startsWith(QStringLiteral("The update feed could not be reached: ")),
-                 qPrintable(unreachable.text("detail")));
+            qPrintable(unreachable.text("detail")));
     }
 
     void aBuildWithoutAFeedSaysSoAndNeverChecksByItself()
     {
-        Updates updates{QString()};
+        Updates updates { QString() };
         updates.controller->startAutomaticChecks();
         QVERIFY(!updates.controller->isCheckScheduled());
         QSignalSpy present(updates.controller.get(), &UpdateController::presentRequested);
@@ -299,7 +303,7 @@ private slots:
         server.body = appcastOf("0.2.0");
         Updates updates(server.url(), 15s, 300ms);
         updates.settings.setValue(QString::fromLatin1(UpdateController::lastCheckKey),
-                                  QDateTime::currentDateTimeUtc().addDays(-2).toString(Qt::ISODate));
+            QDateTime::currentDateTimeUtc().addDays(-2).toString(Qt::ISODate));
         QSignalSpy present(updates.controller.get(), &UpdateController::presentRequested);
         QElapsedTimer clock;
         clock.start();

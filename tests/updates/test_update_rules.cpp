@@ -13,14 +13,15 @@ namespace {
 QByteArray feed(const QByteArray &items)
 {
     return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<rss version=\"2.0\" xmlns:ac=\"https://ledgewise.org/xml-namespaces/appcast\">\n"
-        "  <channel>\n"
-        "    <title>Ledgewise</title>\n"
-        "    <link>https://ledgewise.org/</link>"
-        + items + "\n"
-        "  </channel>\n"
-        "</rss>\n"
-        "";
+           "<rss version=\"2.0\" xmlns:ac=\"https://ledgewise.org/xml-namespaces/appcast\">\n"
+           "  <channel>\n"
+           "    <title>Ledgewise</title>\n"
+           "    <link>https://ledgewise.org/</link>"
+        + items
+        + "\n"
+          "  </channel>\n"
+          "</rss>\n"
+          "";
 }
 
 } // namespace
@@ -35,21 +36,36 @@ private slots:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<int>("order");
-        QTest::newRow("same") << "0.1.0" << "0.1.0" << 0;
-        QTest::newRow("missing parts are zero") << "1.0" << "1.0.0" << 0;
-        QTest::newRow("ten after nine") << "1.10" << "1.9" << 1;
-        QTest::newRow("patch") << "0.1.1" << "0.1.0" << 1;
-        QTest::newRow("major") << "2" << "1.99.99" << 1;
-        QTest::newRow("older") << "0.0.9" << "0.1.0" << -1;
-        QTest::newRow("leading zeros") << "1.01" << "1.1" << 0;
-        QTest::newRow("huge number") << "1.123456789012345678901234567890" << "1.9" << 1;
-        QTest::newRow("beta before release") << "1.0b2" << "1.0" << -1;
-        QTest::newRow("beta before patch") << "1.0b2" << "1.0.1" << -1;
-        QTest::newRow("betas in order") << "1.0b2" << "1.0b10" << -1;
-        QTest::newRow("beta after rc? letters compare") << "1.0rc1" << "1.0b1" << 1;
-        QTest::newRow("dash pre-release") << "1.0-beta" << "1.0" << -1;
-        QTest::newRow("case of letters") << "1.0B1" << "1.0b1" << 0;
-        QTest::newRow("empty is oldest") << "" << "0.0.1" << -1;
+        QTest::newRow("same") << "0.1.0"
+                              << "0.1.0" << 0;
+        QTest::newRow("missing parts are zero") << "1.0"
+                                                << "1.0.0" << 0;
+        QTest::newRow("ten after nine") << "1.10"
+                                        << "1.9" << 1;
+        QTest::newRow("patch") << "0.1.1"
+                               << "0.1.0" << 1;
+        QTest::newRow("major") << "2"
+                               << "1.99.99" << 1;
+        QTest::newRow("older") << "0.0.9"
+                               << "0.1.0" << -1;
+        QTest::newRow("leading zeros") << "1.01"
+                                       << "1.1" << 0;
+        QTest::newRow("huge number") << "1.123456789012345678901234567890"
+                                     << "1.9" << 1;
+        QTest::newRow("beta before release") << "1.0b2"
+                                             << "1.0" << -1;
+        QTest::newRow("beta before patch") << "1.0b2"
+                                           << "1.0.1" << -1;
+        QTest::newRow("betas in order") << "1.0b2"
+                                        << "1.0b10" << -1;
+        QTest::newRow("beta after rc? letters compare") << "1.0rc1"
+                                                        << "1.0b1" << 1;
+        QTest::newRow("dash pre-release") << "1.0-beta"
+                                          << "1.0" << -1;
+        QTest::newRow("case of letters") << "1.0B1"
+                                         << "1.0b1" << 0;
+        QTest::newRow("empty is oldest") << ""
+                                         << "0.0.1" << -1;
     }
 
     void versionsCompareByTheirNumbers()
@@ -63,21 +79,23 @@ private slots:
 
     void newestItemOfAFeedWithVersionsInElementsAndEnclosures()
     {
-        const QByteArray text = feed("\n"
-        "    <item>\n"
-        "      <title>Ledgewise 0.2.0</title>\n"
-        "      <link>https://ledgewise.org/download/0.2.0</link>\n"
-        "      <ac:releaseNotesLink>https://ledgewise.org/notes/0.2.0</ac:releaseNotesLink>\n"
-        "      <enclosure url=\"https://ledgewise.org/files/ledgewise-0.2.0.tar.gz\" ac:version=\"0.2.0\"\n"
-        "                 ac:shortVersionString=\"0.2\" length=\"123\" type=\"application/octet-stream\"/>\n"
-        "    </item>\n"
-        "    <item>\n"
-        "      <title>Ledgewise 0.10.0</title>\n"
-        "      <ac:version>0.10.0</ac:version>\n"
-        "      <ac:shortVersionString>0.10 \"Autumn\"</ac:shortVersionString>\n"
-        "      <enclosure url=\"https://ledgewise.org/files/ledgewise-0.10.0.tar.gz\" length=\"1\" type=\"application/octet-stream\"/>\n"
-        "    </item>\n"
-        "    <item><title>No version: left out</title><link>https://ledgewise.org/x</link></item>");
+        const QByteArray text
+            = feed("\n"
+                   "    <item>\n"
+                   "      <title>Ledgewise 0.2.0</title>\n"
+                   "      <link>https://ledgewise.org/download/0.2.0</link>\n"
+                   "      <ac:releaseNotesLink>https://ledgewise.org/notes/0.2.0</ac:releaseNotesLink>\n"
+                   "      <enclosure url=\"https://ledgewise.org/files/ledgewise-0.2.0.tar.gz\" ac:version=\"0.2.0\"\n"
+                   "                 ac:shortVersionString=\"0.2\" length=\"123\" type=\"application/octet-stream\"/>\n"
+                   "    </item>\n"
+                   "    <item>\n"
+                   "      <title>Ledgewise 0.10.0</title>\n"
+                   "      <ac:version>0.10.0</ac:version>\n"
+                   "      <ac:shortVersionString>0.10 \"Autumn\"</ac:shortVersionString>\n"
+                   "      <enclosure url=\"https://ledgewise.org/files/ledgewise-0.10.0.tar.gz\" length=\"1\" "
+                   "type=\"application/octet-stream\"/>\n"
+                   "    </item>\n"
+                   "    <item><title>No version: left out</title><link>https://ledgewise.org/x</link></item>");
         const auto items = Appcast::parse(text);
         QVERIFY(items);
         QCOMPARE(items->size(), 2);
@@ -98,12 +116,12 @@ private slots:
     void addressesOtherThanWebPagesAreDropped()
     {
         const auto items = Appcast::parse(feed("\n"
-        "    <item>\n"
-        "      <ac:version>9</ac:version>\n"
-        "      <link>file:///usr/bin/xterm</link>\n"
-        "      <ac:releaseNotesLink>javascript:alert(1)</ac:releaseNotesLink>\n"
-        "      <enclosure url=\"/relative/path\" ac:version=\"9\"/>\n"
-        "    </item>"));
+                                               "    <item>\n"
+                                               "      <ac:version>9</ac:version>\n"
+                                               "      <link>file:///usr/bin/xterm</link>\n"
+                                               "      <ac:releaseNotesLink>javascript:alert(1)</ac:releaseNotesLink>\n"
+                                               "      <enclosure url=\"/relative/path\" ac:version=\"9\"/>\n"
+                                               "    </item>"));
         QVERIFY(items);
         QCOMPARE(items->size(), 1);
         QVERIFY(items->at(0).downloadPage.isEmpty());
@@ -127,7 +145,8 @@ private slots:
         QTest::newRow("broken tag") << feed("<item><ac:version>9</ac:versio></item>");
         QTest::newRow("rss without channel") << QByteArray("<rss version=\"2.0\"></rss>");
         QTest::newRow("atom") << QByteArray("<feed xmlns=\"http://www.w3.org/2005/Atom\"><entry/></feed>");
-        QTest::newRow("undeclared prefix") << QByteArray("<rss><channel><item><x:version>9</x:version></item></channel></rss>");
+        QTest::newRow("undeclared prefix")
+            << QByteArray("<rss><channel><item><x:version>9</x:version></item></channel></rss>");
     }
 
     void whatIsNotAnAppcastDoesNotParse()

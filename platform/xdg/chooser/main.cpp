@@ -19,12 +19,13 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     // Not "-title" or "-name": Qt takes those for the X11 options of the same names.
-    const QCommandLineOption title(QStringLiteral("message"), QStringLiteral("The chooser's title."), QStringLiteral("text"));
-    const QCommandLineOption folder(QStringLiteral("start-folder"), QStringLiteral("The folder it opens in."),
-                                    QStringLiteral("path"));
-    const QCommandLineOption filter(QStringLiteral("name-filter"), QStringLiteral("Which files it offers."),
-                                    QStringLiteral("filter"));
-    parser.addOptions({title, folder, filter});
+    const QCommandLineOption title(
+        QStringLiteral("message"), QStringLiteral("The chooser's title."), QStringLiteral("text"));
+    const QCommandLineOption folder(
+        QStringLiteral("start-folder"), QStringLiteral("The folder it opens in."), QStringLiteral("path"));
+    const QCommandLineOption filter(
+        QStringLiteral("name-filter"), QStringLiteral("Which files it offers."), QStringLiteral("filter"));
+    parser.addOptions({ title, folder, filter });
     if (!parser.parse(QApplication::arguments())) {
         std::fprintf(stderr, "ledgewise-file-chooser: %s\n", qPrintable(parser.errorText()));
         return 2;

@@ -16,7 +16,11 @@ using namespace ledgewise::testing;
 namespace {
 
 struct Fixture {
-    Fixture() : store(pasteboard, folder.path(), 50, true), module(store), panel(module) {}
+    Fixture()
+        : store(pasteboard, folder.path(), 50, true)
+        , module(store)
+        , panel(module)
+    { }
     void copy(const QString &text) { pasteboard.copyFromElsewhere(textData(text)); }
     QQuickItem *row(int index) const { return panel.item(QStringLiteral("clipboardRow_%1").arg(index)); }
 
@@ -62,20 +66,21 @@ private slots:
         Fixture f;
         f.copy(QStringLiteral("first line\nsecond line"));
         auto *link = textData(QStringLiteral("Example"));
-        link->setUrls({QUrl(QStringLiteral("https://example.org/"))});
+        link->setUrls({ QUrl(QStringLiteral("https://example.org/")) });
         f.pasteboard.copyFromElsewhere(link);
         QTRY_VERIFY(f.row(1));
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("https://example.org/"));
         QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Link"));
-        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("link"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("link"));
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(1)), QStringLiteral("first line second line"));
         QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(1)), QStringLiteral("Text"));
         QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(1))->property("name").toString(),
-                 QStringLiteral("doc.on.clipboard"));
+            QStringLiteral("doc.on.clipboard"));
         QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("deleteButton"), f.row(0))),
-                 QStringLiteral("Delete https://example.org/"));
+            QStringLiteral("Delete https://example.org/"));
         QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("pinButton"), f.row(1))),
-                 QStringLiteral("Pin first line second line"));
+            QStringLiteral("Pin first line second line"));
     }
 
     void pinTogglesItsSymbolAndTheEntryStays()
@@ -88,14 +93,17 @@ private slots:
         QCOMPARE(pin->property("name").toString(), QStringLiteral("pin"));
         QCOMPARE(pin->opacity(), 0.4);
         HostedPanel::press(pin);
-        QTRY_COMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->property("name").toString(), QStringLiteral("pin.fill"));
-        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("pinButton"), f.row(1))), QStringLiteral("Unpin a"));
+        QTRY_COMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->property("name").toString(),
+            QStringLiteral("pin.fill"));
+        QCOMPARE(HostedPanel::accessibleName(f.panel.item(QStringLiteral("pinButton"), f.row(1))),
+            QStringLiteral("Unpin a"));
         QCOMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->opacity(), 0.9);
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(1)), QStringLiteral("a"));
         QCOMPARE(f.pasteboard.text(), QStringLiteral("b")); // pinning copied nothing back
         HostedPanel::press(f.panel.item(QStringLiteral("pinButton"), f.row(1)));
         QTRY_COMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->opacity(), 0.4);
-        QCOMPARE(f.panel.item(QStringLiteral("pinButton"), f.row(1))->property("name").toString(), QStringLiteral("pin"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("pinButton"), f.row(1))->property("name").toString(), QStringLiteral("pin"));
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(1)), QStringLiteral("a")); // still in its place
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("b"));
         QVERIFY(!f.store.items().at(1).isPinned);
@@ -122,7 +130,7 @@ private slots:
     void imageRowsShowTheirPictureWithRoundedCorners()
     {
         Fixture f;
-        f.pasteboard.offerFromElsewhere({{QStringLiteral("image/png"), pngOf(Qt::red, QSize(60, 40))}});
+        f.pasteboard.offerFromElsewhere({ { QStringLiteral("image/png"), pngOf(Qt::red, QSize(60, 40)) } });
         // The picture is converted, then its thumbnail made, off the main thread: the row
         // shows the symbol until then.
         const auto thumbnailShown = [&f] {
@@ -172,7 +180,7 @@ private slots:
         QCOMPARE(thumbnail.pixelColor(22, 22), QColor(Qt::red));
         QCOMPARE(thumbnail.pixelColor(2, 22), QColor(Qt::red)); // the blue bands are cropped away
         QCOMPARE(thumbnail.pixelColor(22, 0), QColor(Qt::red));
-        for (const QPoint corner : {QPoint(0, 0), QPoint(43, 0), QPoint(0, 43), QPoint(43, 43), QPoint(1, 1)})
+        for (const QPoint corner : { QPoint(0, 0), QPoint(43, 0), QPoint(0, 43), QPoint(43, 43), QPoint(1, 1) })
             QCOMPARE(thumbnail.pixelColor(corner).alpha(), 0);
         QCOMPARE(thumbnail.pixelColor(4, 4).alpha(), 255);
         QVERIFY(ClipboardModule::roundedThumbnail(folder.filePath("missing.png"), 44, 8).isNull());
@@ -196,7 +204,7 @@ private slots:
         QCOMPARE(QColor(decoded.pixel(22, 22)), QColor(Qt::red));
         // Made once: the list changing, or even the file, does not make it again.
         QVERIFY(QImage::fromData(pngOf(Qt::blue, QSize(30, 20))).save(path));
-        cache.keepOnly({path});
+        cache.keepOnly({ path });
         QCOMPARE(cache.url(path), url);
         QTest::qWait(100);
         QCOMPARE(ready.count(), 1);
@@ -208,7 +216,7 @@ private slots:
     void imageWhosePictureIsMissingShowsTheClipboardSymbol()
     {
         Fixture f;
-        f.pasteboard.offerFromElsewhere({{QStringLiteral("image/png"), pngOf(Qt::red)}});
+        f.pasteboard.offerFromElsewhere({ { QStringLiteral("image/png"), pngOf(Qt::red) } });
         QTRY_VERIFY(f.row(0));
         QVERIFY(f.panel.item(QStringLiteral("rowThumbnail"), f.row(0))->isVisible());
         const QString pictures = f.store.imagesDirectory();
@@ -260,7 +268,7 @@ private slots:
         const QPointF centre = HostedPanel::sceneRect(list).center();
         for (int i = 0; i < 60 && !list->property("atYEnd").toBool(); ++i) {
             QWheelEvent wheel(centre, list->window()->mapToGlobal(centre), QPoint(), QPoint(0, -120), Qt::NoButton,
-                              Qt::NoModifier, Qt::NoScrollPhase, false);
+                Qt::NoModifier, Qt::NoScrollPhase, false);
             wheel.setTimestamp(ulong(1000 + 200 * i));
             QCoreApplication::sendEvent(list->window(), &wheel);
             QTest::qWait(50);

@@ -13,12 +13,12 @@ namespace {
 
 ClipboardItem textItem(const QString &text, bool pinned = false)
 {
-    return {QUuid::createUuid(), 1, ClipboardKind::text, text, std::nullopt, std::nullopt, pinned};
+    return { QUuid::createUuid(), 1, ClipboardKind::text, text, std::nullopt, std::nullopt, pinned };
 }
 
 ClipboardItem urlItem(const QString &url)
 {
-    return {QUuid::createUuid(), 1, ClipboardKind::url, std::nullopt, url, std::nullopt, false};
+    return { QUuid::createUuid(), 1, ClipboardKind::url, std::nullopt, url, std::nullopt, false };
 }
 
 } // namespace
@@ -31,19 +31,19 @@ private slots:
     void historyFileRoundTripsWithAbsentKeysLeftOut()
     {
         const QList<ClipboardItem> items = {
-            {QUuid::createUuid(), 785000000.125, ClipboardKind::text, QStringLiteral("hello"), std::nullopt,
-             std::nullopt, true},
-            {QUuid::createUuid(), 785000001.5, ClipboardKind::url, std::nullopt, QStringLiteral("https://example.org/"),
-             std::nullopt, false},
-            {QUuid::createUuid(), 785000002, ClipboardKind::image, std::nullopt, std::nullopt,
-             QStringLiteral("0F8A3E2C-1B2D-4C5E-8F90-123456789ABC.png"), false},
+            { QUuid::createUuid(), 785000000.125, ClipboardKind::text, QStringLiteral("hello"), std::nullopt,
+                std::nullopt, true },
+            { QUuid::createUuid(), 785000001.5, ClipboardKind::url, std::nullopt,
+                QStringLiteral("https://example.org/"), std::nullopt, false },
+            { QUuid::createUuid(), 785000002, ClipboardKind::image, std::nullopt, std::nullopt,
+                QStringLiteral("0F8A3E2C-1B2D-4C5E-8F90-123456789ABC.png"), false },
         };
         const QByteArray json = encodeHistory(items);
         QCOMPARE(decodeHistory(json), items);
         const QJsonArray array = QJsonDocument::fromJson(json).array();
         QCOMPARE(array.size(), 3);
         const QJsonObject text = array[0].toObject();
-        QCOMPARE(text.keys(), QStringList({"createdAt", "id", "isPinned", "kind", "text"}));
+        QCOMPARE(text.keys(), QStringList({ "createdAt", "id", "isPinned", "kind", "text" }));
         QCOMPARE(text.value("id").toString(), items[0].id.toString(QUuid::WithoutBraces).toUpper());
         QCOMPARE(text.value("createdAt").toDouble(), 785000000.125);
         QVERIFY(!json.contains("null"));
@@ -52,8 +52,10 @@ private slots:
 
     void entryWithoutIsPinnedMakesTheWholeFileUnreadable()
     {
-        const QByteArray good = R"({"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"a","isPinned":false})";
-        const QByteArray bad = R"({"id":"1F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":2,"kind":"text","text":"b"})";
+        const QByteArray good
+            = R"({"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"a","isPinned":false})";
+        const QByteArray bad
+            = R"({"id":"1F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":2,"kind":"text","text":"b"})";
         QVERIFY(decodeHistory("[" + good + "]"));
         QCOMPARE(decodeHistory("[" + good + "," + bad + "]"), std::nullopt);
     }
@@ -63,10 +65,13 @@ private slots:
         QTest::addColumn<QByteArray>("json");
         QTest::newRow("object") << QByteArray("{}");
         QTest::newRow("garbage") << QByteArray("\x00\xff[", 3);
-        QTest::newRow("bad kind") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"video","isPinned":false}])");
+        QTest::newRow("bad kind") << QByteArray(
+            R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"video","isPinned":false}])");
         QTest::newRow("bad id") << QByteArray(R"([{"id":"nope","createdAt":1,"kind":"text","isPinned":false}])");
-        QTest::newRow("date as text") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":"1","kind":"text","isPinned":false}])");
-        QTest::newRow("text as number") << QByteArray(R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":5,"isPinned":false}])");
+        QTest::newRow("date as text") << QByteArray(
+            R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":"1","kind":"text","isPinned":false}])");
+        QTest::newRow("text as number") << QByteArray(
+            R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":5,"isPinned":false}])");
         QTest::newRow("entry not object") << QByteArray("[1]");
     }
     void otherUndecodableHistories()
@@ -75,10 +80,7 @@ private slots:
         QCOMPARE(decodeHistory(json), std::nullopt);
     }
 
-    void emptyArrayIsAnEmptyHistory()
-    {
-        QCOMPARE(decodeHistory("[]"), QList<ClipboardItem>());
-    }
+    void emptyArrayIsAnEmptyHistory() { QCOMPARE(decodeHistory("[]"), QList<ClipboardItem>()); }
 
     void referenceDateIsTheStartOf2001()
     {
@@ -90,19 +92,19 @@ private slots:
     {
         FakePasteboard pasteboard;
         auto *link = new QMimeData;
-        link->setUrls({QUrl(QStringLiteral("https://example.org/a"))});
+        link->setUrls({ QUrl(QStringLiteral("https://example.org/a")) });
         link->setText(QStringLiteral("Example"));
         pasteboard.copyFromElsewhere(link);
         Capture capture = ClipboardRules::classify(pasteboard, {});
         QCOMPARE(capture.kind, Capture::Kind::link);
         QCOMPARE(capture.value, QStringLiteral("https://example.org/a"));
 
-        pasteboard.offerFromElsewhere({{QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG/\r\n"},
-                                       {QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG/"}});
+        pasteboard.offerFromElsewhere({ { QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG/\r\n" },
+            { QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG/" } });
         QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::text);
 
         auto *file = new QMimeData;
-        file->setUrls({QUrl::fromLocalFile(QStringLiteral("/home/a/photo.png"))});
+        file->setUrls({ QUrl::fromLocalFile(QStringLiteral("/home/a/photo.png")) });
         file->setData(QStringLiteral("image/png"), pngOf(Qt::red));
         pasteboard.copyFromElsewhere(file);
         QCOMPARE(ClipboardRules::classify(pasteboard, {}).kind, Capture::Kind::image);
@@ -112,12 +114,12 @@ private slots:
     {
         FakePasteboard pasteboard;
         pasteboard.copyFromElsewhere(textData(QStringLiteral("A")));
-        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("A")}).kind, Capture::Kind::nothing);
-        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("B"), textItem("A")}).kind, Capture::Kind::text);
-        QCOMPARE(ClipboardRules::classify(pasteboard, {urlItem("A")}).kind, Capture::Kind::text);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { textItem("A") }).kind, Capture::Kind::nothing);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { textItem("B"), textItem("A") }).kind, Capture::Kind::text);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { urlItem("A") }).kind, Capture::Kind::text);
 
         pasteboard.copyFromElsewhere(textData(QStringLiteral("  hello  ")));
-        QCOMPARE(ClipboardRules::classify(pasteboard, {textItem("hello")}).kind, Capture::Kind::text);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { textItem("hello") }).kind, Capture::Kind::text);
     }
 
     void whiteSpaceIsNotTextButAnImageStillCounts()
@@ -177,8 +179,9 @@ private slots:
     {
         const QString text = QString(4 * ClipboardRules::maximumTextBytes, QLatin1Char('y'));
         const QString stored = ClipboardRules::storedText(text);
-        QCOMPARE(stored, QString(ClipboardRules::maximumTextBytes, QLatin1Char('y'))
-                             + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
+        QCOMPARE(stored,
+            QString(ClipboardRules::maximumTextBytes, QLatin1Char('y'))
+                + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
 
         FakePasteboard pasteboard;
         pasteboard.copyFromElsewhere(textData(text));
@@ -186,9 +189,9 @@ private slots:
         QCOMPARE(capture.kind, Capture::Kind::text);
         // Copied again, it repeats the newest entry; with another ending it does not.
         ClipboardItem newest = textItem(stored);
-        QCOMPARE(ClipboardRules::classify(pasteboard, {newest}).kind, Capture::Kind::nothing);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { newest }).kind, Capture::Kind::nothing);
         pasteboard.copyFromElsewhere(textData(text + QLatin1Char('z')));
-        QCOMPARE(ClipboardRules::classify(pasteboard, {newest}).kind, Capture::Kind::text);
+        QCOMPARE(ClipboardRules::classify(pasteboard, { newest }).kind, Capture::Kind::text);
     }
 
     void textIsMeasuredInUtf8()
@@ -209,11 +212,13 @@ private slots:
         const QString emoji = QString::fromUcs4(U"\U0001F600");
         const QString text = QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a')) + emoji + emoji;
         const QString stored = ClipboardRules::storedText(text);
-        QCOMPARE(stored, QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a'))
-                             + QStringLiteral("\u2026\n[Cut: 1,048,576 of 1,048,582 bytes copied are kept.]"));
+        QCOMPARE(stored,
+            QString(ClipboardRules::maximumTextBytes - 2, QLatin1Char('a'))
+                + QStringLiteral("\u2026\n[Cut: 1,048,576 of 1,048,582 bytes copied are kept.]"));
         // One byte more room, and the first one fits.
         const QString roomier = QString(ClipboardRules::maximumTextBytes - 4, QLatin1Char('a')) + emoji + emoji;
-        QVERIFY(ClipboardRules::storedText(roomier).startsWith(QString(ClipboardRules::maximumTextBytes - 4, QLatin1Char('a')) + emoji + QChar(0x2026)));
+        QVERIFY(ClipboardRules::storedText(roomier).startsWith(
+            QString(ClipboardRules::maximumTextBytes - 4, QLatin1Char('a')) + emoji + QChar(0x2026)));
     }
 
     void bigPicturesAreScaledAndHugeOnesSkipped()
@@ -243,7 +248,7 @@ private slots:
         odd += QChar(0xd800); // a lone high surrogate
         odd += QStringLiteral("\u00e9\u20ac") + QString::fromUcs4(U"\U0001F600");
         odd += QChar(0xdc00); // a lone low surrogate
-        const QList<ClipboardItem> items = {textItem(odd), urlItem(QStringLiteral("https://example.org/\"x\""))};
+        const QList<ClipboardItem> items = { textItem(odd), urlItem(QStringLiteral("https://example.org/\"x\"")) };
         const QByteArray json = encodeHistory(items);
         QCOMPARE(decodeHistory(json), items);
         // Whatever QJsonDocument reads, it reads the same way.
@@ -264,7 +269,7 @@ private slots:
 
     void latePicturesGoBelowLaterCopies()
     {
-        QList<ClipboardItem> items = {textItem("c"), textItem("b"), textItem("a")};
+        QList<ClipboardItem> items = { textItem("c"), textItem("b"), textItem("a") };
         items[0].createdAt = 30;
         items[1].createdAt = 20;
         items[2].createdAt = 10;
@@ -287,17 +292,18 @@ private slots:
         QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("clipboard.json.a1B2c!"), history));
         QVERIFY(!ClipboardRules::isLeftoverSaveFile(QStringLiteral("notes.json.a1B2c3"), history));
 
-        const QList<ClipboardItem> items = {{QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, QStringLiteral("A.png"), false},
-                                            textItem("B.png")};
-        QCOMPARE(ClipboardRules::unreferencedImages({"A.png", "B.png", "A.png.x1y2z3"}, items),
-                 QStringList({"B.png", "A.png.x1y2z3"}));
+        const QList<ClipboardItem> items
+            = { { QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, QStringLiteral("A.png"), false },
+                  textItem("B.png") };
+        QCOMPARE(ClipboardRules::unreferencedImages({ "A.png", "B.png", "A.png.x1y2z3" }, items),
+            QStringList({ "B.png", "A.png.x1y2z3" }));
     }
 
     void titlesOfLongTextsStayShort()
     {
         const ClipboardItem big = textItem(QString(ClipboardRules::maximumTextBytes, QLatin1Char('w')));
         QCOMPARE(ClipboardRules::title(big).size(), ClipboardRules::maximumTitleLength);
-        QCOMPARE(ClipboardRules::glanceSnippet({big}).size(), ClipboardRules::maximumTitleLength);
+        QCOMPARE(ClipboardRules::glanceSnippet({ big }).size(), ClipboardRules::maximumTitleLength);
     }
 
     void evictionTakesTheOldestUnpinned()
@@ -315,17 +321,18 @@ private slots:
     void glanceSnippets()
     {
         QCOMPARE(ClipboardRules::glanceSnippet({}), QStringLiteral("Clipboard"));
-        QCOMPARE(ClipboardRules::glanceSnippet({textItem("first line\nsecond line\n")}),
-                 QStringLiteral("first line second line"));
+        QCOMPARE(ClipboardRules::glanceSnippet({ textItem("first line\nsecond line\n") }),
+            QStringLiteral("first line second line"));
         ClipboardItem noText = textItem("x");
         noText.text.reset();
-        QCOMPARE(ClipboardRules::glanceSnippet({noText}), QStringLiteral("Text"));
-        QCOMPARE(ClipboardRules::glanceSnippet({urlItem("https://example.org/x")}), QStringLiteral("https://example.org/x"));
+        QCOMPARE(ClipboardRules::glanceSnippet({ noText }), QStringLiteral("Text"));
+        QCOMPARE(ClipboardRules::glanceSnippet({ urlItem("https://example.org/x") }),
+            QStringLiteral("https://example.org/x"));
         ClipboardItem noUrl = urlItem("x");
         noUrl.url.reset();
-        QCOMPARE(ClipboardRules::glanceSnippet({noUrl}), QStringLiteral("URL"));
-        QCOMPARE(ClipboardRules::glanceSnippet({{QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, {}, false}}),
-                 QStringLiteral("Image"));
+        QCOMPARE(ClipboardRules::glanceSnippet({ noUrl }), QStringLiteral("URL"));
+        QCOMPARE(ClipboardRules::glanceSnippet({ { QUuid::createUuid(), 0, ClipboardKind::image, {}, {}, {}, false } }),
+            QStringLiteral("Image"));
     }
 
     void imageNamesMustStayInsideTheFolder()

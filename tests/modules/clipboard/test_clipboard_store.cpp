@@ -36,8 +36,7 @@ struct Fixture {
     explicit Fixture(int capacity = 50, bool announce = true)
         : pasteboard(announce)
         , store(pasteboard, folder.path(), capacity, true)
-    {
-    }
+    { }
     void copy(const QString &text) { pasteboard.copyFromElsewhere(textData(text)); }
     // Pictures are converted off the main thread: true once the entry is there.
     bool copyImage(const QColor &color, QSize size = QSize(4, 4))
@@ -72,10 +71,10 @@ private slots:
         Fixture f;
         f.copy("A");
         f.copy("A");
-        QCOMPARE(texts(f.store), QStringList({"A"}));
+        QCOMPARE(texts(f.store), QStringList({ "A" }));
         f.copy("B");
         f.copy("A");
-        QCOMPARE(texts(f.store), QStringList({"A", "B", "A"}));
+        QCOMPARE(texts(f.store), QStringList({ "A", "B", "A" }));
     }
 
     void paddedTextIsTrimmedAndCapturedAgain()
@@ -83,7 +82,7 @@ private slots:
         Fixture f;
         f.copy("  hello  ");
         f.copy("  hello  ");
-        QCOMPARE(texts(f.store), QStringList({"hello", "hello"}));
+        QCOMPARE(texts(f.store), QStringList({ "hello", "hello" }));
     }
 
     void whiteSpaceAloneIsIgnoredUnlessAnImageComesWithIt()
@@ -102,7 +101,7 @@ private slots:
     {
         Fixture f;
         auto *link = textData(QStringLiteral("Example Domain"));
-        link->setUrls({QUrl(QStringLiteral("https://example.org/"))});
+        link->setUrls({ QUrl(QStringLiteral("https://example.org/")) });
         f.pasteboard.copyFromElsewhere(link);
         QCOMPARE(f.store.items().size(), 1);
         QCOMPARE(f.store.items()[0].kind, ClipboardKind::url);
@@ -110,7 +109,7 @@ private slots:
         QCOMPARE(f.store.items()[0].text, std::nullopt);
 
         auto *file = textData(QStringLiteral("/home/me/notes.txt"));
-        file->setUrls({QUrl::fromLocalFile(QStringLiteral("/home/me/notes.txt"))});
+        file->setUrls({ QUrl::fromLocalFile(QStringLiteral("/home/me/notes.txt")) });
         f.pasteboard.copyFromElsewhere(file);
         QCOMPARE(f.store.items()[0].kind, ClipboardKind::text);
         QCOMPARE(f.store.items()[0].text, QStringLiteral("/home/me/notes.txt"));
@@ -119,8 +118,8 @@ private slots:
     void capitalSchemeIsNotALink()
     {
         Fixture f;
-        f.pasteboard.offerFromElsewhere({{QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG\r\n"},
-                                         {QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG"}});
+        f.pasteboard.offerFromElsewhere({ { QStringLiteral("text/uri-list"), "HTTP://EXAMPLE.ORG\r\n" },
+            { QStringLiteral("text/plain"), "HTTP://EXAMPLE.ORG" } });
         QCOMPARE(f.store.items()[0].kind, ClipboardKind::text);
     }
 
@@ -129,7 +128,7 @@ private slots:
         Fixture f;
         QVERIFY(f.copyImage(Qt::red));
         const QString oldestImage = *f.store.items()[0].imageFileName;
-        QCOMPARE(imageFiles(f.store), QStringList({oldestImage}));
+        QCOMPARE(imageFiles(f.store), QStringList({ oldestImage }));
         for (int i = 1; i < 50; ++i)
             f.copy(QString::number(i));
         QCOMPARE(f.store.items().size(), 50);
@@ -159,7 +158,7 @@ private slots:
         f.copy("c");
         f.store.togglePin(f.store.items()[2].id); // "a", the oldest
         f.copy("d");
-        QCOMPARE(texts(f.store), QStringList({"d", "c", "a"}));
+        QCOMPARE(texts(f.store), QStringList({ "d", "c", "a" }));
     }
 
     void pinTogglesInPlaceAndIsSavedEachTime()
@@ -174,7 +173,7 @@ private slots:
         f.store.togglePin(id);
         QCOMPARE(f.store.items()[1].isPinned, false);
         QCOMPARE(f.disk()[1].toObject().value("isPinned").toBool(), false);
-        QCOMPARE(texts(f.store), QStringList({"b", "a"}));
+        QCOMPARE(texts(f.store), QStringList({ "b", "a" }));
         f.store.togglePin(QUuid::createUuid()); // unknown: nothing
     }
 
@@ -186,7 +185,7 @@ private slots:
         ClipboardStore store(pasteboard, folder.path(), 50, true);
         QVERIFY(store.items().isEmpty());
         pasteboard.copyFromElsewhere(textData(QStringLiteral("after")));
-        QCOMPARE(texts(store), QStringList({"after"}));
+        QCOMPARE(texts(store), QStringList({ "after" }));
     }
 
     void copyBackIsNotCapturedAgain()
@@ -197,7 +196,7 @@ private slots:
         const ClipboardItem older = f.store.items()[1];
         f.store.copyBack(older);
         QCOMPARE(f.pasteboard.text(), QStringLiteral("one"));
-        QCOMPARE(texts(f.store), QStringList({"two", "one"}));
+        QCOMPARE(texts(f.store), QStringList({ "two", "one" }));
         QCOMPARE(f.store.items()[1].createdAt, older.createdAt);
     }
 
@@ -213,10 +212,11 @@ private slots:
         QVERIFY(pasted.loadFromData(f.pasteboard.data(QStringLiteral("image/png"))));
         QCOMPARE(QColor(pasted.pixel(0, 0)), QColor(Qt::green));
 
-        ClipboardItem link{QUuid::createUuid(), 0, ClipboardKind::url, {}, QStringLiteral("https://example.org/"), {}, false};
+        ClipboardItem link { QUuid::createUuid(), 0, ClipboardKind::url, {}, QStringLiteral("https://example.org/"), {},
+            false };
         f.store.copyBack(link);
         QCOMPARE(f.pasteboard.text(), QStringLiteral("https://example.org/"));
-        QCOMPARE(f.pasteboard.urls(), QList<QUrl>({QUrl(QStringLiteral("https://example.org/"))}));
+        QCOMPARE(f.pasteboard.urls(), QList<QUrl>({ QUrl(QStringLiteral("https://example.org/")) }));
 
         QFile::remove(QDir(f.store.imagesDirectory()).filePath(*image.imageFileName));
         f.store.copyBack(image);
@@ -232,7 +232,7 @@ private slots:
         QCOMPARE(imageFiles(f.store).size(), 1);
         QVERIFY(f.store.image(f.store.items()[1]));
         f.store.remove(f.store.items()[1].id);
-        QCOMPARE(texts(f.store), QStringList({"keep"}));
+        QCOMPARE(texts(f.store), QStringList({ "keep" }));
         QVERIFY(imageFiles(f.store).isEmpty());
         QCOMPARE(f.disk().size(), 1);
     }
@@ -259,14 +259,15 @@ private slots:
             store.togglePin(store.items()[0].id);
         }
         ClipboardStore store(pasteboard, folder.path(), 50, true);
-        QCOMPARE(texts(store), QStringList({"kept"}));
+        QCOMPARE(texts(store), QStringList({ "kept" }));
         QVERIFY(store.items()[0].isPinned);
     }
 
     void historyWithAnEntryWithoutIsPinnedStartsEmptyAndIsKeptAside()
     {
         QTemporaryDir folder;
-        const QByteArray broken = R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"old"}])";
+        const QByteArray broken
+            = R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"old"}])";
         {
             QFile file(QDir(folder.path()).filePath("clipboard.json"));
             QVERIFY(file.open(QIODevice::WriteOnly));
@@ -308,8 +309,9 @@ private slots:
         QVERIFY(f.copyImage(Qt::red));
         f.store.flush();
         const auto folderPermissions = QFileInfo(f.store.storageDirectory()).permissions() & 0x7777;
-        QCOMPARE(folderPermissions, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser
-                                        | QFile::WriteUser | QFile::ExeUser);
+        QCOMPARE(folderPermissions,
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser
+                | QFile::ExeUser);
         QCOMPARE(QFileInfo(f.store.imagesDirectory()).permissions() & 0x7777, folderPermissions);
         const auto filePermissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
         QCOMPARE(QFileInfo(f.store.historyPath()).permissions() & 0x7777, filePermissions);
@@ -356,7 +358,7 @@ private slots:
         QVERIFY(f.store.isPolling());
         f.copy("polled");
         QVERIFY(f.store.items().isEmpty());
-        QTRY_COMPARE_WITH_TIMEOUT(texts(f.store), QStringList({"polled"}), 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(texts(f.store), QStringList({ "polled" }), 2000);
     }
 
     void glanceSnippetFollowsTheNewestEntry()
@@ -370,7 +372,7 @@ private slots:
     void defaultFolderIsTheUsersDataFolder()
     {
         QCOMPARE(ClipboardStore::defaultDirectory(),
-                 QDir(qEnvironmentVariable("XDG_DATA_HOME")).filePath(QStringLiteral("Ledgewise")));
+            QDir(qEnvironmentVariable("XDG_DATA_HOME")).filePath(QStringLiteral("Ledgewise")));
     }
 
     void folderThatCannotBeCreatedStillRuns()
@@ -382,7 +384,7 @@ private slots:
         FakePasteboard pasteboard;
         ClipboardStore store(pasteboard, parent.filePath("file/Ledgewise"), 50, true);
         pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory")));
-        QCOMPARE(texts(store), QStringList({"in memory"}));
+        QCOMPARE(texts(store), QStringList({ "in memory" }));
     }
 
     void aMebibyteOfTextIsKeptWholeOnDisk()
@@ -445,10 +447,10 @@ private slots:
         QCOMPARE(saved.count(), 0);
         QTRY_COMPARE(historyOnDisk(f.store.historyPath()).size(), 1);
         QCOMPARE(historyOnDisk(f.store.historyPath())[0].toObject().value("text").toString(),
-                 QStringLiteral("written later"));
+            QStringLiteral("written later"));
         QTRY_VERIFY(saved.count() >= 1);
         // Replaced atomically: no temporary file is left beside it.
-        QCOMPARE(QDir(f.store.storageDirectory()).entryList(QDir::Files), QStringList({"clipboard.json"}));
+        QCOMPARE(QDir(f.store.storageDirectory()).entryList(QDir::Files), QStringList({ "clipboard.json" }));
     }
 
     void quittingRightAfterACaptureKeepsIt()
@@ -469,7 +471,8 @@ private slots:
         QCOMPARE(disk[0].toObject().value("text").toString(), QStringLiteral("the last copy"));
         // The picture in hand when the store went was finished and kept.
         QCOMPARE(disk[1].toObject().value("kind").toString(), QStringLiteral("image"));
-        QVERIFY(QFile::exists(QDir(folder.path()).filePath("clipboard-images/" + disk[1].toObject().value("imageFileName").toString())));
+        QVERIFY(QFile::exists(
+            QDir(folder.path()).filePath("clipboard-images/" + disk[1].toObject().value("imageFileName").toString())));
     }
 
     void historyWeMayNotReadIsNeverOverwritten()
@@ -478,7 +481,8 @@ private slots:
             QSKIP("running as root, who may read any file: see historyWithAReadErrorIsNeverOverwritten");
         QTemporaryDir folder;
         const QString path = QDir(folder.path()).filePath("clipboard.json");
-        const QByteArray history = encodeHistory({{QUuid::createUuid(), 1, ClipboardKind::text, QStringLiteral("old"), {}, {}, true}});
+        const QByteArray history
+            = encodeHistory({ { QUuid::createUuid(), 1, ClipboardKind::text, QStringLiteral("old"), {}, {}, true } });
         writeFile(path, history);
         QVERIFY(QFile::setPermissions(path, {}));
         expectNotWritten(folder.path(), path);
@@ -514,7 +518,7 @@ private slots:
         const QString kept = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
         const QString orphan = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".png");
         writeFile(dir.filePath("clipboard.json"),
-                  encodeHistory({{QUuid::createUuid(), 1, ClipboardKind::image, {}, {}, kept, false}}));
+            encodeHistory({ { QUuid::createUuid(), 1, ClipboardKind::image, {}, {}, kept, false } }));
         writeFile(dir.filePath("clipboard-images/" + kept), pngOf(Qt::red));
         writeFile(dir.filePath("clipboard-images/" + orphan), pngOf(Qt::blue));
         writeFile(dir.filePath("clipboard-images/" + kept + ".Xy12Zw"), "half a picture");
@@ -525,9 +529,9 @@ private slots:
         FakePasteboard pasteboard;
         ClipboardStore store(pasteboard, folder.path(), 50, true);
         QCOMPARE(store.items().size(), 1);
-        QCOMPARE(QDir(store.imagesDirectory()).entryList(QDir::Files), QStringList({kept}));
+        QCOMPARE(QDir(store.imagesDirectory()).entryList(QDir::Files), QStringList({ kept }));
         QCOMPARE(dir.entryList(QDir::Files, QDir::Name),
-                 QStringList({"clipboard.json", "clipboard.json.unreadable", "notes.txt"}));
+            QStringList({ "clipboard.json", "clipboard.json.unreadable", "notes.txt" }));
     }
 
     void picturesOfAHistoryThatDidNotDecodeAreRemovedAtStart()
@@ -560,7 +564,7 @@ private:
             QVERIFY(!store.writesHistory());
             QVERIFY(store.items().isEmpty());
             pasteboard.copyFromElsewhere(textData(QStringLiteral("in memory only")));
-            QCOMPARE(texts(store), QStringList({"in memory only"}));
+            QCOMPARE(texts(store), QStringList({ "in memory only" }));
             store.togglePin(store.items()[0].id);
             store.flush();
         }

@@ -37,7 +37,7 @@ public:
 
     void copy(const QByteArray &bytes, const QString &target = QString())
     {
-        QStringList arguments = {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")};
+        QStringList arguments = { QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i") };
         if (!target.isEmpty())
             arguments << QStringLiteral("-t") << target;
         QProcess *xclip = start(QStringLiteral("xclip"), arguments);
@@ -99,7 +99,7 @@ QStringList onDisk(ClipboardStore &store)
 
 ClipboardItem seededText(const QString &text, double createdAt, bool pinned = false)
 {
-    return {QUuid::createUuid(), createdAt, ClipboardKind::text, text, std::nullopt, std::nullopt, pinned};
+    return { QUuid::createUuid(), createdAt, ClipboardKind::text, text, std::nullopt, std::nullopt, pinned };
 }
 
 void writeFile(const QString &path, const QByteArray &bytes)
@@ -116,8 +116,7 @@ struct Watched {
         : store(pasteboard, folder, 50, true)
         , checked(&store, &ClipboardStore::pasteboardChecked)
         , others(others)
-    {
-    }
+    { }
 
     // Another application copies; true once the store has looked at that very copy.
     bool copy(const QByteArray &bytes, const QString &target = QString())
@@ -155,7 +154,7 @@ private slots:
     {
         QtPasteboard pasteboard;
         const qint64 before = pasteboard.changeCount();
-        QVERIFY(m_others.offer({QStringLiteral("text/plain=already there")}));
+        QVERIFY(m_others.offer({ QStringLiteral("text/plain=already there") }));
         // The copy has reached this program before the store starts.
         QTRY_VERIFY(pasteboard.changeCount() > before);
         ClipboardStore store(pasteboard, m_folder->path(), 50, true);
@@ -167,8 +166,8 @@ private slots:
         QVERIFY(!QFile::exists(store.historyPath()));
 
         m_others.copy("copied in another application");
-        QTRY_COMPARE(texts(store), QStringList({"copied in another application"}));
-        QCOMPARE(onDisk(store), QStringList({"text:copied in another application"}));
+        QTRY_COMPARE(texts(store), QStringList({ "copied in another application" }));
+        QCOMPARE(onDisk(store), QStringList({ "text:copied in another application" }));
     }
 
     void sameTextTwiceIsOneEntry()
@@ -176,8 +175,8 @@ private slots:
         Watched w(m_folder->path(), m_others);
         QVERIFY(w.copy("A"));
         QVERIFY(w.copy("A"));
-        QCOMPARE(texts(w.store), QStringList({"A"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:A"}));
+        QCOMPARE(texts(w.store), QStringList({ "A" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:A" }));
     }
 
     void aThenBThenAIsThreeEntries()
@@ -186,8 +185,8 @@ private slots:
         QVERIFY(w.copy("A"));
         QVERIFY(w.copy("B"));
         QVERIFY(w.copy("A"));
-        QCOMPARE(texts(w.store), QStringList({"A", "B", "A"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:A", "text:B", "text:A"}));
+        QCOMPARE(texts(w.store), QStringList({ "A", "B", "A" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:A", "text:B", "text:A" }));
     }
 
     void paddedTextTwiceIsTwoTrimmedEntries()
@@ -195,8 +194,8 @@ private slots:
         Watched w(m_folder->path(), m_others);
         QVERIFY(w.copy("  hello  "));
         QVERIFY(w.copy("  hello  "));
-        QCOMPARE(texts(w.store), QStringList({"hello", "hello"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:hello", "text:hello"}));
+        QCOMPARE(texts(w.store), QStringList({ "hello", "hello" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:hello", "text:hello" }));
     }
 
     void whiteSpaceAloneIsNotCaptured()
@@ -212,23 +211,23 @@ private slots:
         Watched w(m_folder->path(), m_others);
         const QString png = m_files->filePath("yellow.png");
         writeFile(png, pngOf(Qt::yellow, QSize(7, 3)));
-        QVERIFY(w.offer({QStringLiteral("text/plain=\n \n"), QStringLiteral("image/png<") + png}));
+        QVERIFY(w.offer({ QStringLiteral("text/plain=\n \n"), QStringLiteral("image/png<") + png }));
         QTRY_COMPARE(w.store.items().size(), 1); // pictures are converted off the main thread
         const ClipboardItem image = w.store.items()[0];
         QCOMPARE(image.kind, ClipboardKind::image);
         QCOMPARE(QImage(QDir(w.store.imagesDirectory()).filePath(*image.imageFileName)).size(), QSize(7, 3));
-        QCOMPARE(onDisk(w.store), QStringList({"image:" + *image.imageFileName}));
+        QCOMPARE(onDisk(w.store), QStringList({ "image:" + *image.imageFileName }));
     }
 
     void linkThatAlsoCarriesTextIsOneLink()
     {
         Watched w(m_folder->path(), m_others);
-        QVERIFY(w.offer({QStringLiteral("text/uri-list=https://example.org/page\r\n"),
-                         QStringLiteral("text/plain=Example Domain")}));
+        QVERIFY(w.offer({ QStringLiteral("text/uri-list=https://example.org/page\r\n"),
+            QStringLiteral("text/plain=Example Domain") }));
         QCOMPARE(w.store.items().size(), 1);
         QCOMPARE(w.store.items()[0].kind, ClipboardKind::url);
         QCOMPARE(w.store.items()[0].url, QStringLiteral("https://example.org/page"));
-        QCOMPARE(onDisk(w.store), QStringList({"url:https://example.org/page"}));
+        QCOMPARE(onDisk(w.store), QStringList({ "url:https://example.org/page" }));
         w.store.flush();
         QVERIFY(!historyOnDisk(w.store.historyPath())[0].toObject().contains("text"));
     }
@@ -242,23 +241,23 @@ private slots:
         QVERIFY(!QFile::exists(w.store.historyPath()));
 
         // With its path as text, as a file browser offers it: the text.
-        QVERIFY(w.offer({QStringLiteral("text/uri-list=file:///home/me/notes.txt\r\n"),
-                         QStringLiteral("text/plain=/home/me/notes.txt")}));
-        QCOMPARE(texts(w.store), QStringList({"/home/me/notes.txt"}));
+        QVERIFY(w.offer({ QStringLiteral("text/uri-list=file:///home/me/notes.txt\r\n"),
+            QStringLiteral("text/plain=/home/me/notes.txt") }));
+        QCOMPARE(texts(w.store), QStringList({ "/home/me/notes.txt" }));
         QCOMPARE(w.store.items()[0].kind, ClipboardKind::text);
-        QCOMPARE(onDisk(w.store), QStringList({"text:/home/me/notes.txt"}));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:/home/me/notes.txt" }));
         QVERIFY(!historyOnDisk(w.store.historyPath())[0].toObject().contains("url"));
     }
 
     void capitalSchemeIsTextNotALink()
     {
         Watched w(m_folder->path(), m_others);
-        QVERIFY(w.offer({QStringLiteral("text/uri-list=HTTP://EXAMPLE.ORG/\r\n"),
-                         QStringLiteral("text/plain=HTTP://EXAMPLE.ORG/")}));
+        QVERIFY(w.offer({ QStringLiteral("text/uri-list=HTTP://EXAMPLE.ORG/\r\n"),
+            QStringLiteral("text/plain=HTTP://EXAMPLE.ORG/") }));
         QCOMPARE(w.store.items().size(), 1);
         QCOMPARE(w.store.items()[0].kind, ClipboardKind::text);
         QCOMPARE(w.store.items()[0].text, QStringLiteral("HTTP://EXAMPLE.ORG/"));
-        QCOMPARE(onDisk(w.store), QStringList({"text:HTTP://EXAMPLE.ORG/"}));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:HTTP://EXAMPLE.ORG/" }));
     }
 
     void linksAndPicturesFromXclip()
@@ -275,7 +274,7 @@ private slots:
         QCOMPARE(image.kind, ClipboardKind::image);
         const QString file = QDir(w.store.imagesDirectory()).filePath(*image.imageFileName);
         QCOMPARE(QImage(file).size(), QSize(30, 20));
-        QCOMPARE(onDisk(w.store), QStringList({"image:" + *image.imageFileName, "url:https://example.org/page"}));
+        QCOMPARE(onDisk(w.store), QStringList({ "image:" + *image.imageFileName, "url:https://example.org/page" }));
     }
 
     void pictureOfferedAsTiffAndPngIsTakenFromTheTiff()
@@ -285,7 +284,7 @@ private slots:
         const QString png = m_files->filePath("blue.png");
         writeFile(tiff, imageOf(Qt::red, "TIFF", QSize(5, 2)));
         writeFile(png, pngOf(Qt::blue, QSize(6, 3)));
-        QVERIFY(w.offer({QStringLiteral("image/png<") + png, QStringLiteral("image/tiff<") + tiff}));
+        QVERIFY(w.offer({ QStringLiteral("image/png<") + png, QStringLiteral("image/tiff<") + tiff }));
         QTRY_COMPARE(w.store.items().size(), 1);
         const QString stored = QDir(w.store.imagesDirectory()).filePath(*w.store.items()[0].imageFileName);
         const QImage image(stored, "PNG");
@@ -301,7 +300,7 @@ private slots:
         QList<ClipboardItem> seeded;
         for (int i = 49; i >= 1; --i)
             seeded.append(seededText(QStringLiteral("entry %1").arg(i), i));
-        seeded.append({QUuid::createUuid(), 0, ClipboardKind::image, std::nullopt, std::nullopt, picture, false});
+        seeded.append({ QUuid::createUuid(), 0, ClipboardKind::image, std::nullopt, std::nullopt, picture, false });
         writeFile(QDir(m_folder->path()).filePath("clipboard.json"), encodeHistory(seeded));
 
         Watched w(m_folder->path(), m_others);
@@ -350,25 +349,25 @@ private slots:
             return result;
         };
         w.store.togglePin(id);
-        QCOMPARE(pinnedOnDisk(), QList<bool>({false, true}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:b", "text:a"}));
+        QCOMPARE(pinnedOnDisk(), QList<bool>({ false, true }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:b", "text:a" }));
         w.store.togglePin(id);
-        QCOMPARE(pinnedOnDisk(), QList<bool>({false, false}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:b", "text:a"}));
-        QCOMPARE(texts(w.store), QStringList({"b", "a"}));
+        QCOMPARE(pinnedOnDisk(), QList<bool>({ false, false }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:b", "text:a" }));
+        QCOMPARE(texts(w.store), QStringList({ "b", "a" }));
     }
 
     void historyWithAnEntryWithoutIsPinnedStartsEmpty()
     {
-        const QByteArray broken =
-            R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"old"}])";
+        const QByteArray broken
+            = R"([{"id":"0F8A3E2C-1B2D-4C5E-8F90-123456789ABC","createdAt":1,"kind":"text","text":"old"}])";
         writeFile(QDir(m_folder->path()).filePath("clipboard.json"), broken);
         Watched w(m_folder->path(), m_others);
         QVERIFY(w.store.items().isEmpty());
 
         QVERIFY(w.copy("new"));
-        QCOMPARE(texts(w.store), QStringList({"new"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:new"}));
+        QCOMPARE(texts(w.store), QStringList({ "new" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:new" }));
         QFile aside(w.store.historyPath() + QStringLiteral(".unreadable"));
         QVERIFY(aside.open(QIODevice::ReadOnly));
         QCOMPARE(aside.readAll(), broken);
@@ -377,11 +376,11 @@ private slots:
     void secretsFromAPasswordManagerAreSkipped()
     {
         Watched w(m_folder->path(), m_others);
-        QVERIFY(w.offer({QStringLiteral("text/plain=hunter2"), QStringLiteral("x-kde-passwordManagerHint=secret")}));
+        QVERIFY(w.offer({ QStringLiteral("text/plain=hunter2"), QStringLiteral("x-kde-passwordManagerHint=secret") }));
         QVERIFY(w.store.items().isEmpty());
         QVERIFY(!QFile::exists(w.store.historyPath()));
         QVERIFY(w.copy("not secret"));
-        QCOMPARE(texts(w.store), QStringList({"not secret"}));
+        QCOMPARE(texts(w.store), QStringList({ "not secret" }));
         w.store.flush();
         QFile history(w.store.historyPath());
         QVERIFY(history.open(QIODevice::ReadOnly));
@@ -393,17 +392,17 @@ private slots:
         Watched w(m_folder->path(), m_others);
         QVERIFY(w.copy("first"));
         QVERIFY(w.copy("second"));
-        QCOMPARE(texts(w.store), QStringList({"second", "first"}));
+        QCOMPARE(texts(w.store), QStringList({ "second", "first" }));
 
         w.store.copyBack(w.store.items()[1]);
         QCOMPARE(pasteElsewhere(QStringLiteral("UTF8_STRING")), QByteArray("first"));
         QTest::qWait(300);
-        QCOMPARE(texts(w.store), QStringList({"second", "first"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:second", "text:first"}));
+        QCOMPARE(texts(w.store), QStringList({ "second", "first" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:second", "text:first" }));
 
         QVERIFY(w.copy("third"));
-        QTRY_COMPARE(texts(w.store), QStringList({"third", "second", "first"}));
-        QCOMPARE(onDisk(w.store), QStringList({"text:third", "text:second", "text:first"}));
+        QTRY_COMPARE(texts(w.store), QStringList({ "third", "second", "first" }));
+        QCOMPARE(onDisk(w.store), QStringList({ "text:third", "text:second", "text:first" }));
     }
 
     void readerOnItsOwnConnectionReadsWhatOthersOffer()
@@ -414,7 +413,8 @@ private slots:
         QtPasteboard pasteboard; // so this test sees every change it makes come in
 
         // A Qt application: its text as UTF-8, whatever target it arrives through.
-        QVERIFY(m_others.offer({QStringLiteral("text/plain=h\u00e9llo"), QStringLiteral("x-kde-passwordManagerHint=secret")}));
+        QVERIFY(m_others.offer(
+            { QStringLiteral("text/plain=h\u00e9llo"), QStringLiteral("x-kde-passwordManagerHint=secret") }));
         QTRY_COMPARE(textNow(), QStringLiteral("h\u00e9llo"));
         {
             X11SelectionReader reader(cancelled);
@@ -454,7 +454,7 @@ private slots:
         QTRY_COMPARE(w.store.items().size(), 1);
         QVERIFY(w.copy("text on top"));
         w.store.copyBack(w.store.items()[1]);
-        for (const QString &type : {QStringLiteral("image/png"), QStringLiteral("image/bmp")}) {
+        for (const QString &type : { QStringLiteral("image/png"), QStringLiteral("image/bmp") }) {
             QImage pasted;
             QVERIFY2(pasted.loadFromData(pasteElsewhere(type)), qPrintable(type));
             QCOMPARE(pasted.size(), QSize(40, 30));
@@ -477,8 +477,8 @@ private slots:
         QTRY_COMPARE(historyOnDisk(w.store.historyPath()).size(), 2);
         const QJsonArray disk = historyOnDisk(w.store.historyPath());
         QCOMPARE(disk[0].toObject().value("text").toString(),
-                 QString::fromLatin1(big.left(ClipboardRules::maximumTextBytes))
-                     + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
+            QString::fromLatin1(big.left(ClipboardRules::maximumTextBytes))
+                + QStringLiteral("\u2026\n[Cut: 1,048,576 of 4,194,304 bytes copied are kept.]"));
         QCOMPARE(disk[1].toObject().value("text").toString(), QString::fromLatin1(whole));
 
         // Pasted elsewhere, the cut entry says it was cut.
@@ -491,12 +491,12 @@ private slots:
         Watched w(m_folder->path(), m_others);
         const QString png = m_files->filePath("big.png");
         writeFile(png, pngOf(Qt::darkGreen, QSize(6000, 4000)));
-        QVERIFY(w.offer({QStringLiteral("image/png<") + png}));
+        QVERIFY(w.offer({ QStringLiteral("image/png<") + png }));
         QTRY_COMPARE_WITH_TIMEOUT(w.store.items().size(), 1, 20000);
         QCOMPARE(w.store.items()[0].kind, ClipboardKind::image);
         const QImage stored(QDir(w.store.imagesDirectory()).filePath(*w.store.items()[0].imageFileName), "PNG");
         QCOMPARE(stored.size(), ClipboardRules::storedImageSize(QSize(6000, 4000)));
-        QCOMPARE(onDisk(w.store), QStringList({"image:" + *w.store.items()[0].imageFileName}));
+        QCOMPARE(onDisk(w.store), QStringList({ "image:" + *w.store.items()[0].imageFileName }));
     }
 
 private:

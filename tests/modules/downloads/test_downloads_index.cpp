@@ -23,7 +23,8 @@ QList<QByteArray> newestOf(const Folder &folder)
             files.emplace_back(name, facts);
     }
     std::sort(files.begin(), files.end(), [](const auto &a, const auto &b) {
-        return a.second.modifiedNs != b.second.modifiedNs ? a.second.modifiedNs > b.second.modifiedNs : a.first < b.first;
+        return a.second.modifiedNs != b.second.modifiedNs ? a.second.modifiedNs > b.second.modifiedNs
+                                                          : a.first < b.first;
     });
     QList<QByteArray> names;
     for (const auto &file : files) {
@@ -56,7 +57,7 @@ private slots:
         QRandomGenerator random(20261123);
         Folder folder;
         for (int i = 0; i < 40; ++i)
-            folder[QByteArray("f") + QByteArray::number(i)] = {i, qint64(random.bounded(100))};
+            folder[QByteArray("f") + QByteArray::number(i)] = { i, qint64(random.bounded(100)) };
         DownloadsIndex index = DownloadsIndex::fromListing(listing(folder), DownloadsIndex());
         QCOMPARE(index.newest(), newestOf(folder));
         for (int step = 0; step < 5000; ++step) {
@@ -66,24 +67,24 @@ private slots:
             if (random.bounded(4) == 0) {
                 folder.erase(name);
             } else {
-                facts = FileFacts{qint64(random.bounded(1000)), qint64(random.bounded(120))};
+                facts = FileFacts { qint64(random.bounded(1000)), qint64(random.bounded(120)) };
                 folder[name] = *facts;
             }
             index.measured(name, facts);
             QCOMPARE(index.newest(), newestOf(folder));
             QCOMPARE(index.count(), qsizetype(std::count_if(folder.begin(), folder.end(), [](const auto &file) {
-                         return DownloadRules::isListedName(file.first);
-                     })));
+                return DownloadRules::isListedName(file.first);
+            })));
         }
     }
 
     void aFileIsDownloadingWhenItsSizeChangedAndReadyWhenFirstSeenOrUnchanged()
     {
         DownloadsIndex index;
-        QCOMPARE(index.measured("a.part", FileFacts{100, 1}), DownloadItem::Status::ready);
-        QCOMPARE(index.measured("a.part", FileFacts{200, 2}), DownloadItem::Status::downloading);
-        QCOMPARE(index.measured("a.part", FileFacts{200, 3}), DownloadItem::Status::ready);
-        QCOMPARE(index.measured(".hidden", FileFacts{1, 4}), std::nullopt);
+        QCOMPARE(index.measured("a.part", FileFacts { 100, 1 }), DownloadItem::Status::ready);
+        QCOMPARE(index.measured("a.part", FileFacts { 200, 2 }), DownloadItem::Status::downloading);
+        QCOMPARE(index.measured("a.part", FileFacts { 200, 3 }), DownloadItem::Status::ready);
+        QCOMPARE(index.measured(".hidden", FileFacts { 1, 4 }), std::nullopt);
         QCOMPARE(index.measured("a.part", std::nullopt), std::nullopt);
         QCOMPARE(index.count(), 0);
     }
@@ -91,19 +92,20 @@ private slots:
     void aFullListingComparesSizesWithTheIndexBefore()
     {
         DownloadsIndex before;
-        before.measured("same", FileFacts{10, 1});
-        before.measured("grown", FileFacts{10, 1});
-        before.measured("gone", FileFacts{10, 1});
+        before.measured("same", FileFacts { 10, 1 });
+        before.measured("grown", FileFacts { 10, 1 });
+        before.measured("gone", FileFacts { 10, 1 });
         QList<QByteArray> downloading;
         DownloadsIndex after = DownloadsIndex::fromListing(
-            {{"same", {10, 1}}, {"grown", {20, 2}}, {"new", {5, 3}}, {".dot", {1, 4}}}, before, &downloading);
-        QCOMPARE(downloading, QList<QByteArray>({"grown"}));
+            { { "same", { 10, 1 } }, { "grown", { 20, 2 } }, { "new", { 5, 3 } }, { ".dot", { 1, 4 } } }, before,
+            &downloading);
+        QCOMPARE(downloading, QList<QByteArray>({ "grown" }));
         QCOMPARE(after.find("grown")->status, DownloadItem::Status::downloading);
         QCOMPARE(after.find("same")->status, DownloadItem::Status::ready);
         QCOMPARE(after.find("new")->status, DownloadItem::Status::ready);
         QVERIFY(!after.find("gone"));
         QVERIFY(!after.find(".dot"));
-        QCOMPARE(after.newest(), QList<QByteArray>({"new", "grown", "same"}));
+        QCOMPARE(after.newest(), QList<QByteArray>({ "new", "grown", "same" }));
     }
 };
 

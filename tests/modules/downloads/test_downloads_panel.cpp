@@ -30,8 +30,7 @@ struct Fixture {
         : store(folder.path(), std::make_unique<InotifyFolderWatcher>())
         , module(store, opener)
         , panel(module)
-    {
-    }
+    { }
     QQuickItem *row(int index) const { return panel.item(QStringLiteral("downloadsRow_%1").arg(index)); }
 
     QTemporaryDir folder;
@@ -78,7 +77,8 @@ private slots:
         QTRY_VERIFY(f.row(0));
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("film.part"));
         QCOMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Ready"));
-        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
         grow(path, 4000);
         QTRY_COMPARE(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Downloading…"));
         QTRY_COMPARE_WITH_TIMEOUT(f.panel.text(QStringLiteral("rowSubtitle"), f.row(0)), QStringLiteral("Ready"), 3000);
@@ -100,7 +100,7 @@ private slots:
         grow(path, 10);
         QTRY_VERIFY(f.row(0));
         HostedPanel::press(f.row(0));
-        QCOMPARE(f.opener.opened, QList<QUrl>({QUrl::fromLocalFile(path)}));
+        QCOMPARE(f.opener.opened, QList<QUrl>({ QUrl::fromLocalFile(path) }));
         QCOMPARE(f.store.items().size(), 1); // the row stays
 
         // Deleted after the list was drawn, before the folder's change reaches the store.

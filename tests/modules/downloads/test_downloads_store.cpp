@@ -145,7 +145,7 @@ bool makeMany(const QString &folder, const QString &prefix, int count)
 bool setModified(const QByteArray &path, const QDateTime &time)
 {
     const qint64 ms = time.toMSecsSinceEpoch();
-    const timespec times[2] = {{ms / 1000, (ms % 1000) * 1'000'000}, {ms / 1000, (ms % 1000) * 1'000'000}};
+    const timespec times[2] = { { ms / 1000, (ms % 1000) * 1'000'000 }, { ms / 1000, (ms % 1000) * 1'000'000 } };
     return ::utimensat(AT_FDCWD, path.constData(), times, 0) == 0;
 }
 
@@ -177,7 +177,7 @@ private slots:
         QTemporaryDir folder;
         for (int i = 0; i < 20; ++i)
             makeFile(folder.filePath(QStringLiteral("file-%1.bin").arg(i, 2, 10, QLatin1Char('0'))), 10,
-                     base.addSecs(i * 60));
+                base.addSecs(i * 60));
         auto store = watching(folder.path());
         QStringList expected;
         for (int i = 19; i >= 8; --i)
@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(statusOf(*store, "big.iso.part"), DownloadItem::Status::ready);
         QList<DownloadItem::Status> shown;
         connect(store.get(), &DownloadsStore::itemsChanged, this,
-                [&] { shown.append(statusOf(*store, "big.iso.part").value_or(DownloadItem::Status::ready)); });
+            [&] { shown.append(statusOf(*store, "big.iso.part").value_or(DownloadItem::Status::ready)); });
         QSignalSpy checked(store.get(), &DownloadsStore::settleChecked);
 
         // 1000 bytes every 0.2 s for 1.4 s: eight steps.
@@ -292,7 +292,7 @@ private slots:
         QTemporaryDir folder;
         makeFile(folder.filePath("before.txt"), 10, base);
         auto store = watching(folder.path());
-        QCOMPARE(names(*store), QStringList({"before.txt"}));
+        QCOMPARE(names(*store), QStringList({ "before.txt" }));
         QSignalSpy scans(store.get(), &DownloadsStore::scanFinished);
 
         // Three events a file (created, written, closed), all queued while the store
@@ -320,7 +320,8 @@ private slots:
     {
         QTemporaryDir folder;
         auto store = watching(folder.path());
-        const QByteArray name("r\xff\xfe" "port.pdf");
+        const QByteArray name("r\xff\xfe"
+                              "port.pdf");
         const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
         const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
         QVERIFY(fd >= 0);
@@ -358,7 +359,7 @@ private slots:
         QVERIFY(QDir().mkpath(folder));
         makeFile(folder + "/a.txt", 1);
         auto store = watching(folder);
-        QCOMPARE(names(*store), QStringList({"a.txt"}));
+        QCOMPARE(names(*store), QStringList({ "a.txt" }));
 
         QVERIFY(QDir(folder).removeRecursively());
         makeFile(folder, 10); // a regular file where the folder was
@@ -372,7 +373,7 @@ private slots:
         QVERIFY(QDir().mkpath(folder));
         makeFile(folder + "/b.txt", 1);
         QVERIFY(rescanned(*store));
-        QCOMPARE(names(*store), QStringList({"b.txt"}));
+        QCOMPARE(names(*store), QStringList({ "b.txt" }));
     }
 
     void destroyingTheStoreWithACheckPendingIsClean()
@@ -405,7 +406,7 @@ private slots:
         makeFile(folder.filePath("subfolder/inside.txt"), 5);
         QVERIFY(QFile::link(folder.filePath("visible.txt"), folder.filePath("link.txt")));
         auto store = watching(folder.path());
-        QCOMPARE(names(*store), QStringList({"visible.txt"}));
+        QCOMPARE(names(*store), QStringList({ "visible.txt" }));
 
         makeFile(folder.filePath(".another-hidden"), 5);
         QVERIFY(QDir(folder.path()).mkdir("second-folder"));
@@ -420,9 +421,9 @@ private slots:
         auto store = watching(folder.path());
         QSignalSpy changed(store.get(), &DownloadsStore::itemsChanged);
         makeFile(folder.filePath("arrived.pdf"), 100);
-        QTRY_COMPARE(names(*store), QStringList({"arrived.pdf"}));
+        QTRY_COMPARE(names(*store), QStringList({ "arrived.pdf" }));
         QVERIFY(QFile::rename(folder.filePath("arrived.pdf"), folder.filePath("renamed.pdf")));
-        QTRY_COMPARE(names(*store), QStringList({"renamed.pdf"}));
+        QTRY_COMPARE(names(*store), QStringList({ "renamed.pdf" }));
         QVERIFY(QFile::remove(folder.filePath("renamed.pdf")));
         QTRY_VERIFY(store->items().isEmpty());
         QVERIFY(changed.count() >= 3);
@@ -517,15 +518,15 @@ private slots:
     {
         const QDateTime t = base;
         QList<DownloadItem> items = {
-            {QUrl::fromLocalFile("/d/undated"), "undated", QDateTime(), DownloadItem::Status::ready},
-            {QUrl::fromLocalFile("/d/a"), "a", t, DownloadItem::Status::ready},
-            {QUrl::fromLocalFile("/d/b"), "b", t, DownloadItem::Status::ready},
-            {QUrl::fromLocalFile("/d/newer"), "newer", t.addSecs(1), DownloadItem::Status::ready},
+            { QUrl::fromLocalFile("/d/undated"), "undated", QDateTime(), DownloadItem::Status::ready },
+            { QUrl::fromLocalFile("/d/a"), "a", t, DownloadItem::Status::ready },
+            { QUrl::fromLocalFile("/d/b"), "b", t, DownloadItem::Status::ready },
+            { QUrl::fromLocalFile("/d/newer"), "newer", t.addSecs(1), DownloadItem::Status::ready },
         };
         QStringList sorted;
         for (const DownloadItem &item : DownloadRules::newestFirst(items))
             sorted << item.name;
-        QCOMPARE(sorted, QStringList({"newer", "a", "b", "undated"}));
+        QCOMPARE(sorted, QStringList({ "newer", "a", "b", "undated" }));
     }
 
     void statusRule()

@@ -26,7 +26,7 @@ namespace {
 DesktopEntry::Entry parsed(const QString &text, const QString &locale = QStringLiteral("C"))
 {
     const auto entry = DesktopEntry::parse(text, locale);
-    return entry ? *entry : DesktopEntry::Entry{QStringLiteral("<none>"), {}, {}, {}, false};
+    return entry ? *entry : DesktopEntry::Entry { QStringLiteral("<none>"), {}, {}, {}, false };
 }
 
 void writeFile(const QString &path, const QByteArray &bytes, QFileDevice::Permissions permissions = {})
@@ -39,7 +39,8 @@ void writeFile(const QString &path, const QByteArray &bytes, QFileDevice::Permis
         QVERIFY(file.setPermissions(permissions));
 }
 
-constexpr QFileDevice::Permissions executable = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+constexpr QFileDevice::Permissions executable
+    = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
 
 } // namespace
 
@@ -76,12 +77,18 @@ private slots:
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("name");
-        QTest::newRow("country and modifier") << "sr_RS@latin" << "sr_RS@latin";
-        QTest::newRow("country") << "sr_RS" << "sr_RS";
-        QTest::newRow("language and modifier") << "sr_ME@latin" << "sr@latin";
-        QTest::newRow("language") << "sr_ME" << "sr";
-        QTest::newRow("untranslated") << "fr_FR" << "plain";
-        QTest::newRow("C") << "C" << "plain";
+        QTest::newRow("country and modifier") << "sr_RS@latin"
+                                              << "sr_RS@latin";
+        QTest::newRow("country") << "sr_RS"
+                                 << "sr_RS";
+        QTest::newRow("language and modifier") << "sr_ME@latin"
+                                               << "sr@latin";
+        QTest::newRow("language") << "sr_ME"
+                                  << "sr";
+        QTest::newRow("untranslated") << "fr_FR"
+                                      << "plain";
+        QTest::newRow("C") << "C"
+                           << "plain";
     }
     void nameIsTranslatedForTheLocale()
     {
@@ -117,20 +124,20 @@ private slots:
                 out << QString::fromUtf8(word);
             return std::optional<QStringList>(out);
         };
-        QTest::newRow("plain") << "prog --new-window" << list({"prog", "--new-window"});
-        QTest::newRow("extra spaces") << "  prog   a\tb " << list({"prog", "a", "b"});
-        QTest::newRow("files and urls dropped") << "prog %f %F %u %U" << list({"prog"});
-        QTest::newRow("deprecated codes dropped") << "prog %d %D %n %N %v %m end" << list({"prog", "end"});
-        QTest::newRow("percent") << "prog 100%% %%f" << list({"prog", "100%", "%f"});
-        QTest::newRow("icon") << "prog %i" << list({"prog", "--icon", "org.example.Icon"});
-        QTest::newRow("name") << "prog --title=%c" << list({"prog", "--title=Caf\u00e9 Notes"});
-        QTest::newRow("entry path") << "prog %k" << list({"prog", "/apps/notes.desktop"});
-        QTest::newRow("quoted") << "\"/opt/My App/run\" \"two words\"" << list({"/opt/My App/run", "two words"});
-        QTest::newRow("escapes in quotes") << "sh -c \"echo \\\"hi\\\" \\`x\\` \\$HOME \\\\\""
-                                           << list({"sh", "-c", "echo \"hi\" `x` $HOME \\"});
-        QTest::newRow("other backslash in quotes kept") << "prog \"a\\nb\"" << list({"prog", "a\\nb"});
-        QTest::newRow("empty quotes kept") << "prog \"\" x" << list({"prog", "", "x"});
-        QTest::newRow("quoted part joins") << "prog --name=\"a b\"" << list({"prog", "--name=a b"});
+        QTest::newRow("plain") << "prog --new-window" << list({ "prog", "--new-window" });
+        QTest::newRow("extra spaces") << "  prog   a\tb " << list({ "prog", "a", "b" });
+        QTest::newRow("files and urls dropped") << "prog %f %F %u %U" << list({ "prog" });
+        QTest::newRow("deprecated codes dropped") << "prog %d %D %n %N %v %m end" << list({ "prog", "end" });
+        QTest::newRow("percent") << "prog 100%% %%f" << list({ "prog", "100%", "%f" });
+        QTest::newRow("icon") << "prog %i" << list({ "prog", "--icon", "org.example.Icon" });
+        QTest::newRow("name") << "prog --title=%c" << list({ "prog", "--title=Caf\u00e9 Notes" });
+        QTest::newRow("entry path") << "prog %k" << list({ "prog", "/apps/notes.desktop" });
+        QTest::newRow("quoted") << "\"/opt/My App/run\" \"two words\"" << list({ "/opt/My App/run", "two words" });
+        QTest::newRow("escapes in quotes")
+            << "sh -c \"echo \\\"hi\\\" \\`x\\` \\$HOME \\\\\"" << list({ "sh", "-c", "echo \"hi\" `x` $HOME \\" });
+        QTest::newRow("other backslash in quotes kept") << "prog \"a\\nb\"" << list({ "prog", "a\\nb" });
+        QTest::newRow("empty quotes kept") << "prog \"\" x" << list({ "prog", "", "x" });
+        QTest::newRow("quoted part joins") << "prog --name=\"a b\"" << list({ "prog", "--name=a b" });
         QTest::newRow("unbalanced quote") << "prog \"open" << std::optional<QStringList>();
         QTest::newRow("empty") << "" << std::optional<QStringList>();
         QTest::newRow("only field codes") << "%U %f" << std::optional<QStringList>();
@@ -140,35 +147,38 @@ private slots:
     {
         QFETCH(QString, exec);
         QFETCH(std::optional<QStringList>, arguments);
-        const DesktopEntry::Entry entry{QStringLiteral("Caf\u00e9 Notes"), exec, QStringLiteral("org.example.Icon"), {}, false};
+        const DesktopEntry::Entry entry { QStringLiteral("Caf\u00e9 Notes"), exec, QStringLiteral("org.example.Icon"),
+            {}, false };
         QCOMPARE(DesktopEntry::execArguments(entry, QStringLiteral("/apps/notes.desktop")), arguments);
     }
 
     void iconCodeWithoutAnIconLeavesNothing()
     {
-        const DesktopEntry::Entry entry{QStringLiteral("N"), QStringLiteral("prog %i x"), {}, {}, false};
-        QCOMPARE(DesktopEntry::execArguments(entry, {}), QStringList({"prog", "x"}));
+        const DesktopEntry::Entry entry { QStringLiteral("N"), QStringLiteral("prog %i x"), {}, {}, false };
+        QCOMPARE(DesktopEntry::execArguments(entry, {}), QStringList({ "prog", "x" }));
     }
 
     void fileEscapesComeBeforeTheQuotingRules()
     {
         // In the file, a backslash inside quotes is itself written escaped.
-        const auto entry = parsed(QString::fromLatin1("[Desktop Entry]\nExec=sh -c \"printf '%%s' \\\\\"a\\sb\\\\\" \\\\\\\\$X\"\n"));
-        QCOMPARE(DesktopEntry::execArguments(entry, {}), QStringList({"sh", "-c", "printf '%s' \"a b\" \\$X"}));
+        const auto entry = parsed(
+            QString::fromLatin1("[Desktop Entry]\nExec=sh -c \"printf '%%s' \\\\\"a\\sb\\\\\" \\\\\\\\$X\"\n"));
+        QCOMPARE(DesktopEntry::execArguments(entry, {}), QStringList({ "sh", "-c", "printf '%s' \"a b\" \\$X" }));
     }
 
     void commandCarriesPathAndTerminal()
     {
         const auto entry = parsed(QStringLiteral("[Desktop Entry]\nExec=top -d 1\nPath=/var/tmp\nTerminal=true\n"));
         QCOMPARE(DesktopEntry::command(entry, {}),
-                 ProgramCommand({QStringLiteral("top"), {QStringLiteral("-d"), QStringLiteral("1")},
-                                 QStringLiteral("/var/tmp"), true}));
-        const ProgramCommand inTerminal = DetachedProgramLauncher::inTerminal(*DesktopEntry::command(entry, {}),
-                                                                              QStringLiteral("/usr/bin/x-terminal-emulator"));
+            ProgramCommand({ QStringLiteral("top"), { QStringLiteral("-d"), QStringLiteral("1") },
+                QStringLiteral("/var/tmp"), true }));
+        const ProgramCommand inTerminal = DetachedProgramLauncher::inTerminal(
+            *DesktopEntry::command(entry, {}), QStringLiteral("/usr/bin/x-terminal-emulator"));
         QCOMPARE(inTerminal.program, QStringLiteral("/usr/bin/x-terminal-emulator"));
-        QCOMPARE(inTerminal.arguments, QStringList({"-e", "top", "-d", "1"}));
+        QCOMPARE(inTerminal.arguments, QStringList({ "-e", "top", "-d", "1" }));
         QCOMPARE(inTerminal.workingDirectory, QStringLiteral("/var/tmp"));
-        QCOMPARE(DetachedProgramLauncher::inTerminal(*DesktopEntry::command(entry, {}), {}).program, QStringLiteral("top"));
+        QCOMPARE(
+            DetachedProgramLauncher::inTerminal(*DesktopEntry::command(entry, {}), {}).program, QStringLiteral("top"));
     }
 
     // The real launcher: programs really start, in the entry's folder; broken ones do not.
@@ -180,8 +190,10 @@ private slots:
         // Quoted as the file format wants it: \\" and \\$ in the file are \" and \$ in the
         // Exec value, which are " and $ in the argument.
         writeFile(folder.filePath("app.desktop"),
-                  (QString::fromLatin1("[Desktop Entry]\nName=Writer\nIcon=writer\nExec=sh -c \"pwd > ran.txt; printf '%%s|' \\\\\"\\\\$0\\\\\" \\\\\"\\\\$@\\\\\" >> ran.txt\" %c %i %U\nPath=") + QString(work).replace(QLatin1Char(' '), QStringLiteral("\\s")) + QLatin1Char('\n'))
-                      .toUtf8());
+            (QString::fromLatin1("[Desktop Entry]\nName=Writer\nIcon=writer\nExec=sh -c \"pwd > ran.txt; printf '%%s|' "
+                                 "\\\\\"\\\\$0\\\\\" \\\\\"\\\\$@\\\\\" >> ran.txt\" %c %i %U\nPath=")
+                + QString(work).replace(QLatin1Char(' '), QStringLiteral("\\s")) + QLatin1Char('\n'))
+                .toUtf8());
         const auto item = LauncherActions::itemForFile(LauncherItem::Kind::application, folder.filePath("app.desktop"));
         QVERIFY(item);
         QCOMPARE(item->title, QStringLiteral("Writer"));
@@ -198,8 +210,8 @@ private slots:
         QTemporaryDir folder;
         // A terminal emulator that notes what it was asked to run.
         writeFile(folder.filePath("x-terminal-emulator"),
-                  QStringLiteral("#!/bin/sh\nprintf '%s|' \"$@\" > %1/terminal.txt\n").arg(folder.path()).toUtf8(),
-                  executable);
+            QStringLiteral("#!/bin/sh\nprintf '%s|' \"$@\" > %1/terminal.txt\n").arg(folder.path()).toUtf8(),
+            executable);
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", folder.path().toUtf8() + ':' + path);
         writeFile(folder.filePath("tui.desktop"), "[Desktop Entry]\nName=Tui\nExec=true --flag %F\nTerminal=true\n");
@@ -209,7 +221,7 @@ private slots:
         LauncherActions::open(*item, opener, launcher);
         qputenv("PATH", path);
         QTRY_COMPARE(readAll(folder.filePath("terminal.txt")),
-                     "-e|" + QStandardPaths::findExecutable(QStringLiteral("true")).toUtf8() + "|--flag|");
+            "-e|" + QStandardPaths::findExecutable(QStringLiteral("true")).toUtf8() + "|--flag|");
     }
 
     void brokenEntriesStartNothingAndSayNothing_data()
@@ -217,7 +229,8 @@ private slots:
         QTest::addColumn<QByteArray>("exec");
         QTest::newRow("unbalanced quote") << QByteArray("sh -c \"touch DIR/started");
         QTest::newRow("missing program") << QByteArray("ledgewise-no-such-program-anywhere touch DIR/started");
-        QTest::newRow("missing program in a terminal") << QByteArray("ledgewise-no-such-program-anywhere\nTerminal=true");
+        QTest::newRow("missing program in a terminal")
+            << QByteArray("ledgewise-no-such-program-anywhere\nTerminal=true");
         QTest::newRow("missing working folder") << QByteArray("touch DIR/started\nPath=/no/such/folder");
         QTest::newRow("no program") << QByteArray("%U %f");
     }
@@ -227,7 +240,8 @@ private slots:
         QTemporaryDir folder;
         exec.replace("DIR", folder.path().toUtf8());
         writeFile(folder.filePath("broken.desktop"), "[Desktop Entry]\nName=Broken\nExec=" + exec + "\n");
-        const auto item = LauncherActions::itemForFile(LauncherItem::Kind::application, folder.filePath("broken.desktop"));
+        const auto item
+            = LauncherActions::itemForFile(LauncherItem::Kind::application, folder.filePath("broken.desktop"));
         QVERIFY(item);
         RecordingUrlOpener opener;
         DetachedProgramLauncher launcher;

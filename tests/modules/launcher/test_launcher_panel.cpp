@@ -36,7 +36,11 @@ public:
 };
 
 struct Fixture {
-    Fixture() : store(settings), module(store, chooser, opener, launcher), panel(module) {}
+    Fixture()
+        : store(settings)
+        , module(store, chooser, opener, launcher)
+        , panel(module)
+    { }
     QQuickItem *row(int index) const { return panel.item(QStringLiteral("launcherRow_%1").arg(index)); }
     void type(const QString &text) const { panel.item(QStringLiteral("addressField"))->setProperty("text", text); }
 
@@ -78,7 +82,7 @@ private slots:
         f.type(QStringLiteral("ftp://files.example.org"));
         HostedPanel::press(f.panel.item(QStringLiteral("addSiteButton")));
         QCOMPARE(f.panel.item(QStringLiteral("addressField"))->property("text").toString(),
-                 QStringLiteral("ftp://files.example.org"));
+            QStringLiteral("ftp://files.example.org"));
         QVERIFY(f.store.current().launcherItems.isEmpty());
         f.type(QString());
         HostedPanel::press(f.panel.item(QStringLiteral("addSiteButton")));
@@ -118,8 +122,10 @@ private slots:
         QTRY_VERIFY(f.row(1));
         f.panel.settle();
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("Notes"));
-        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("app"));
-        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(1))->property("name").toString(), QStringLiteral("globe"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("app"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("rowSymbol"), f.row(1))->property("name").toString(), QStringLiteral("globe"));
         for (int i = 0; i < 2; ++i) {
             QQuickItem *icon = f.panel.item(QStringLiteral("rowIcon"), f.row(i));
             QQuickItem *title = f.panel.item(QStringLiteral("rowTitle"), f.row(i));
@@ -155,7 +161,7 @@ private slots:
         f.panel.settle();
         const auto gap = [&f](const char *upper, const char *lower) {
             return HostedPanel::sceneRect(f.panel.item(QString::fromLatin1(lower))).top()
-                   - HostedPanel::sceneRect(f.panel.item(QString::fromLatin1(upper))).bottom();
+                - HostedPanel::sceneRect(f.panel.item(QString::fromLatin1(upper))).bottom();
         };
         QCOMPARE(gap("launcherTitle", "launcherHint"), 10.0);
         QCOMPARE(gap("launcherHint", "addApp"), 10.0);
@@ -165,8 +171,8 @@ private slots:
         QCOMPARE(gap("launcherTitle", "launcherRow_0"), 10.0);
         QCOMPARE(gap("launcherRow_0", "addApp"), 10.0);
         QCOMPARE(HostedPanel::sceneRect(f.panel.item(QStringLiteral("addFile"))).left()
-                     - HostedPanel::sceneRect(f.panel.item(QStringLiteral("addApp"))).right(),
-                 6.0);
+                - HostedPanel::sceneRect(f.panel.item(QStringLiteral("addApp"))).right(),
+            6.0);
     }
 
     void clickingTheRemoveSymbolRemovesWithoutOpening()
@@ -182,7 +188,7 @@ private slots:
         // A click on the rest of the row opens it.
         QTRY_VERIFY(f.row(0));
         HostedPanel::click(f.panel.item(QStringLiteral("rowTitle"), f.row(0)));
-        QCOMPARE(f.opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://two.example"))}));
+        QCOMPARE(f.opener.opened, QList<QUrl>({ QUrl(QStringLiteral("https://two.example")) }));
     }
 
     void returnInTheFieldAddsNothing()
@@ -204,7 +210,7 @@ private slots:
         f.module.addWebsite(QStringLiteral("two.example"));
         QTRY_VERIFY(f.row(1));
         HostedPanel::press(f.row(0));
-        QCOMPARE(f.opener.opened, QList<QUrl>({QUrl(QStringLiteral("https://one.example"))}));
+        QCOMPARE(f.opener.opened, QList<QUrl>({ QUrl(QStringLiteral("https://one.example")) }));
         HostedPanel::press(f.panel.item(QStringLiteral("removeButton"), f.row(0)));
         QTRY_COMPARE(f.store.current().launcherItems.size(), 1);
         QCOMPARE(f.store.current().launcherItems[0].title, QStringLiteral("two.example"));
@@ -214,12 +220,13 @@ private slots:
     void removingAnEntryRemovesEveryEntryWithItsId()
     {
         Fixture f;
-        const LauncherItem shared{QUuid::createUuid(), QStringLiteral("twice"), LauncherItem::Kind::website, std::nullopt,
-                                  QStringLiteral("https://twice.example")};
+        const LauncherItem shared { QUuid::createUuid(), QStringLiteral("twice"), LauncherItem::Kind::website,
+            std::nullopt, QStringLiteral("https://twice.example") };
         f.store.update([&shared](Preferences &p) {
-            p.launcherItems = {shared, {QUuid::createUuid(), QStringLiteral("other"), LauncherItem::Kind::website,
-                                        std::nullopt, QStringLiteral("https://other.example")},
-                               shared};
+            p.launcherItems = { shared,
+                { QUuid::createUuid(), QStringLiteral("other"), LauncherItem::Kind::website, std::nullopt,
+                    QStringLiteral("https://other.example") },
+                shared };
         });
         f.module.remove(shared.id.toString(QUuid::WithoutBraces));
         QCOMPARE(f.store.current().launcherItems.size(), 1);
@@ -237,7 +244,8 @@ private slots:
         HostedPanel::press(f.panel.item(QStringLiteral("addFile")));
         QTRY_VERIFY(f.row(0));
         QCOMPARE(f.panel.text(QStringLiteral("rowTitle"), f.row(0)), QStringLiteral("plan"));
-        QCOMPARE(f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
+        QCOMPARE(
+            f.panel.item(QStringLiteral("rowSymbol"), f.row(0))->property("name").toString(), QStringLiteral("doc"));
         f.chooser.answer.clear(); // cancelled
         HostedPanel::press(f.panel.item(QStringLiteral("addApp")));
         QCOMPARE(f.chooser.shown, 2);
@@ -266,7 +274,8 @@ private slots:
         HostedPanel::press(f.row(0));
         QVERIFY(f.opener.opened.isEmpty());
         QTRY_VERIFY(f.panel.visible(QStringLiteral("launcherNotice")));
-        QCOMPARE(f.panel.text(QStringLiteral("launcherNotice")), QStringLiteral("“plan” has changed since it was pinned."));
+        QCOMPARE(
+            f.panel.text(QStringLiteral("launcherNotice")), QStringLiteral("“plan” has changed since it was pinned."));
     }
 };
 

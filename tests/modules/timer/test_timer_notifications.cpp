@@ -34,7 +34,9 @@ public:
         qint64 atMs;
     };
 
-    explicit RecordingNotificationServer(QElapsedTimer &clock) : m_clock(clock) {}
+    explicit RecordingNotificationServer(QElapsedTimer &clock)
+        : m_clock(clock)
+    { }
 
 public slots:
     QString GetServerInformation(QString &vendor, QString &version, QString &specVersion)
@@ -49,11 +51,11 @@ public slots:
         specVersion = QStringLiteral("1.2");
         return QStringLiteral("recording-server");
     }
-    QStringList GetCapabilities() { return {QStringLiteral("body"), QStringLiteral("sound")}; }
+    QStringList GetCapabilities() { return { QStringLiteral("body"), QStringLiteral("sound") }; }
     uint Notify(const QString &appName, uint replacesId, const QString &, const QString &summary, const QString &body,
-                const QStringList &, const QVariantMap &hints, int)
+        const QStringList &, const QVariantMap &hints, int)
     {
-        shown.append({appName, replacesId, summary, body, hints, m_clock.elapsed()});
+        shown.append({ appName, replacesId, summary, body, hints, m_clock.elapsed() });
         emit notified();
         if (failNotify) {
             sendErrorReply(QDBusError::Failed, QStringLiteral("cannot show notifications now"));
@@ -61,7 +63,7 @@ public slots:
         }
         return replacesId ? replacesId : ++m_lastId;
     }
-    void CloseNotification(uint) {}
+    void CloseNotification(uint) { }
 
 signals:
     void notified();
@@ -215,7 +217,7 @@ private:
         QVERIFY(m_serverBus->isConnected());
         m_server = std::make_unique<RecordingNotificationServer>(m_clock);
         QVERIFY(m_serverBus->registerObject(QStringLiteral("/org/freedesktop/Notifications"), m_server.get(),
-                                            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
         QVERIFY(m_serverBus->registerService(QStringLiteral("org.freedesktop.Notifications")));
     }
 

@@ -14,8 +14,7 @@ struct Panel {
         : session(nullptr, nullptr, [this] { return now; })
         , module(session)
         , host(module)
-    {
-    }
+    { }
 
     QQuickItem *root() const { return host.root(); }
     QQuickItem *item(const char *name) const { return host.item(QString::fromLatin1(name)); }
@@ -43,9 +42,9 @@ private slots:
         QCOMPARE(panel.text("timerTitle"), QStringLiteral("Timer"));
         QCOMPARE(panel.item("timerTitle")->property("font").value<QFont>().pixelSize(), 12);
         QStringList labels;
-        for (const char *name : {"preset_5", "preset_10", "preset_15", "preset_30"})
+        for (const char *name : { "preset_5", "preset_10", "preset_15", "preset_30" })
             labels << QAccessible::queryAccessibleInterface(panel.item(name))->text(QAccessible::Name);
-        QCOMPARE(labels, QStringList({"5m", "10m", "15m", "30m"}));
+        QCOMPARE(labels, QStringList({ "5m", "10m", "15m", "30m" }));
         QCOMPARE(panel.text("customLabel"), QStringLiteral("20 min"));
         QVERIFY(panel.visible("startButton"));
         QVERIFY(!panel.visible("clock"));

@@ -46,7 +46,9 @@ public:
 };
 
 struct Fixture {
-    Fixture() : session(&notifications, &bell, [this] { return now; }) {}
+    Fixture()
+        : session(&notifications, &bell, [this] { return now; })
+    { }
     void advance(double seconds) { now += qint64(seconds * 1000); }
 
     qint64 now = 1'800'000'000'000;
@@ -100,7 +102,7 @@ private slots:
     {
         QFETCH(QString, seconds);
         QProcess helper;
-        helper.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--formatted"), seconds});
+        helper.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--formatted"), seconds });
         QVERIFY(helper.waitForFinished(20000));
         QCOMPARE(helper.exitStatus(), QProcess::CrashExit);
         QVERIFY(helper.readAllStandardOutput().isEmpty());
@@ -111,7 +113,8 @@ private slots:
     void clockTextOfTheLargestNumbersStillWorks()
     {
         QProcess helper;
-        helper.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--formatted"), QStringLiteral("9e15")});
+        helper.start(
+            QCoreApplication::applicationFilePath(), { QStringLiteral("--formatted"), QStringLiteral("9e15") });
         QVERIFY(helper.waitForFinished(20000));
         QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
         QCOMPARE(helper.exitCode(), 0);
@@ -258,7 +261,7 @@ private slots:
         QCOMPARE(ticks.count(), 1); // the first pulse, inside start
         // "5:00" holds until 299 s are left; the tick comes 5 ms after that.
         QCOMPARE(f.session.nextTickInMs().value_or(-1), 1005);
-        for (const QString &expected : {QStringLiteral("4:59"), QStringLiteral("4:58"), QStringLiteral("4:57")}) {
+        for (const QString &expected : { QStringLiteral("4:59"), QStringLiteral("4:58"), QStringLiteral("4:57") }) {
             const int next = *f.session.nextTickInMs();
             f.now += next;
             f.session.pulse();
@@ -325,7 +328,7 @@ int main(int argc, char *argv[])
 {
     // As a helper of the test above: print one clock text, or stop trying.
     if (argc == 3 && qstrcmp(argv[1], "--formatted") == 0) {
-        const rlimit noCore{0, 0};
+        const rlimit noCore { 0, 0 };
         setrlimit(RLIMIT_CORE, &noCore);
         std::puts(qPrintable(TimerMath::formatted(std::strtod(argv[2], nullptr))));
         return 0;
