@@ -7,7 +7,7 @@ set -euo pipefail
 
 packages=(
   # toolchain
-  cmake ninja-build g++ pkg-config clang libclang-rt-14-dev
+  cmake ninja-build g++ pkg-config clang clang-format libclang-rt-14-dev
   # Qt 6 and the QML modules the views import
   qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools
   qt6-svg-dev qt6-qpa-plugins libqt6svg6 qt6-image-formats-plugins

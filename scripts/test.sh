@@ -30,8 +30,10 @@ run_ctest() {
   return "$rc"
 }
 
-echo "== licence lines"
+echo "== licence lines and format"
 python3 scripts/spdx.py
+# shellcheck disable=SC2046
+clang-format --dry-run -Werror $(git ls-files '*.cpp' '*.h')
 
 echo "== build (default)"
 cmake --preset default >/dev/null
