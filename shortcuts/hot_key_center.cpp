@@ -34,7 +34,7 @@ HotKeyEvents::~HotKeyEvents()
 
 void HotKeyEvents::deliver(EventType type)
 {
-    emit event(type);
+    emit occurred(type);
     if (type == EventType::keyDown)
         emit keyDown();
     else

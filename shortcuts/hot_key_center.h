@@ -31,7 +31,7 @@ public:
     ~HotKeyEvents() override;
 
 signals:
-    void event(ledgewise::GlobalShortcuts::EventType type);
+    void occurred(ledgewise::GlobalShortcuts::EventType type);
     void keyDown();
     void keyUp();
 

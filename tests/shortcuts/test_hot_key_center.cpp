@@ -171,7 +171,7 @@ private slots:
         QStringList calls;
         f.center.onKeyDown(left, [&calls] { calls << QStringLiteral("down 1"); });
         auto stream = f.center.events(left);
-        connect(stream.get(), &HotKeyEvents::event, this, [&calls](EventType type) {
+        connect(stream.get(), &HotKeyEvents::occurred, this, [&calls](EventType type) {
             calls << (type == EventType::keyDown ? QStringLiteral("stream down") : QStringLiteral("stream up"));
         });
         f.center.onKeyDown(left, [&calls] { calls << QStringLiteral("down 2"); });

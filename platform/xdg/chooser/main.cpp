@@ -15,7 +15,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     // Shown to the user, and to screen readers, as Ledgewise's own dialog.
     QApplication::setApplicationName(QStringLiteral("Ledgewise"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("ledgewise"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.ledgewise.Ledgewise"));
 
     QCommandLineParser parser;
     // Not "-title" or "-name": Qt takes those for the X11 options of the same names.
