@@ -23,6 +23,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSaveFile>
+#include <QSet>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
@@ -186,24 +187,30 @@ struct Acknowledged {
 
 // Why `now` is not what `before` allows once `inFlight` (if any) may or may not have
 // happened: an acknowledged entry missing (only a capture may push out the oldest
-// unpinned entry, as the history's capacity says), a pin state changed, an entry
+// unpinned entries, as the history's capacity says), a pin state changed, an entry
 // from nowhere. Empty when all is well.
 QString historyLoss(
     const QList<ClipboardItem> &before, const QList<ClipboardItem> &now, const std::optional<Operation> &inFlight)
 {
     const bool capturing = inFlight && inFlight->kind == Kind::capture;
-    std::optional<QUuid> mayBePushedOut;
-    if (capturing && before.size() >= historyCapacity) {
-        for (qsizetype i = before.size() - 1; i >= 0 && !mayBePushedOut; --i) {
-            if (!before[i].isPinned)
-                mayBePushedOut = before[i].id;
+    // A capture brings the history back to its capacity: as many of the oldest unpinned
+    // entries go as it then holds too many (more than one when pinned entries had let
+    // it grow past the capacity and were unpinned since).
+    QSet<QUuid> mayBePushedOut;
+    if (capturing) {
+        qsizetype excess = before.size() + 1 - historyCapacity;
+        for (qsizetype i = before.size() - 1; i >= 0 && excess > 0; --i) {
+            if (!before[i].isPinned) {
+                mayBePushedOut.insert(before[i].id);
+                --excess;
+            }
         }
     }
     for (const ClipboardItem &acknowledged : before) {
         const auto found
             = std::find_if(now.cbegin(), now.cend(), [&](const auto &item) { return item.id == acknowledged.id; });
         if (found == now.cend()) {
-            if (mayBePushedOut == acknowledged.id)
+            if (mayBePushedOut.contains(acknowledged.id))
                 continue;
             return QStringLiteral("lost \"%1\"").arg(acknowledged.text.value_or(QString()).left(40));
         }
