@@ -122,7 +122,6 @@ void AppModel::start()
     connect(m_notchController.get(), &NotchController::contextMenuRequested, this, &AppModel::showContextMenu);
     m_notchController->listen();
     m_notchController->rebuild(false);
-    m_notchController->syncTimerPulse();
 }
 
 void AppModel::registerShortcuts()

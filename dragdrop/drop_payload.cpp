@@ -250,8 +250,10 @@ DroppedText DroppedText::fromUtf8(QByteArray utf8)
     DroppedText text;
     // A byte order mark alone decodes to nothing; the first bytes tell that cheaply.
     text.m_present = !QString::fromUtf8(utf8.left(16)).isEmpty();
-    if (text.m_present)
+    if (text.m_present) {
+        text.m_utf8Size = utf8.size();
         text.m_utf8 = std::move(utf8);
+    }
     return text;
 }
 
@@ -271,7 +273,9 @@ QByteArray DroppedText::utf8() const
 
 qsizetype DroppedText::utf8Size() const
 {
-    return m_decoded ? m_decoded->toUtf8().size() : m_utf8.size();
+    if (m_utf8Size < 0)
+        m_utf8Size = m_decoded ? m_decoded->toUtf8().size() : m_utf8.size();
+    return m_utf8Size;
 }
 
 QString DroppedText::start(qsizetype length) const

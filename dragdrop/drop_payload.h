@@ -50,6 +50,9 @@ private:
     bool m_present = false;
     mutable QByteArray m_utf8;
     mutable std::optional<QString> m_decoded;
+    // Known from the bytes, or counted once from the text: size checks on a text of
+    // many megabytes must not encode it again each time.
+    mutable qsizetype m_utf8Size = -1;
 };
 
 // What a drag onto a surface carries: files, links, a text or an image; exactly one of

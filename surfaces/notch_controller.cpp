@@ -185,11 +185,4 @@ void NotchController::refreshAll()
         controller->behaviour().refreshGlance();
 }
 
-void NotchController::syncTimerPulse()
-{
-    // The modules' glance changes keep the surfaces current from here, a countdown's
-    // start, ticks and end among them.
-    refreshAll();
-}
-
 } // namespace ledgewise

@@ -38,7 +38,6 @@ public:
     void rebuild(bool animateFromCenter);
     void toggle(NotchSide side);
     void refreshAll();
-    void syncTimerPulse();
     // The machine woke up.
     void workspaceWoke() { rebuild(false); }
 
